@@ -1,0 +1,10 @@
+/* Compiled as C11: the shared headers must stay valid C. */
+#include "libkvd.h"
+
+int kvd_headers_c11_probe(void);
+int kvd_headers_c11_probe(void)
+{
+    MAILBOX mb = {0};
+    mb.mbxCommand = MBX_READ_REV;
+    return (int)sizeof(KVD_BRDINFO) + mb.mbxCommand;
+}
