@@ -1,0 +1,175 @@
+// Library environment: opening and closing it, the board table, the version
+// text and the release of event registrations.
+//
+// libkvd.h comes first and alone under default visibility: its declarations
+// are the only symbols the shared object exports.
+#pragma GCC visibility push(default)
+#include "libkvd.h"
+#pragma GCC visibility pop
+
+#include <cerrno>
+#include <cstring>
+
+#include "attributes.hpp"
+#include "state.hpp"
+
+using namespace kvdsim;
+
+uint32_t libkvd_logging_enable = 0;
+
+namespace
+{
+
+// Reads the fault rules and opens the trace file while the library loads, so
+// that no call, not even one made from a signal handler, has to.
+__attribute__((constructor)) void library_loaded()
+{
+    load_faults_from_env();
+    open_trace_from_env();
+}
+
+// Board-table filling shared by the current and the legacy call. Returns the
+// number of boards written.
+template <class Entry, class Fill>
+uint32_t fill_table(Library &lib, Entry *table, uint32_t entries, Fill fill)
+{
+    memset(table, 0, sizeof(Entry) * entries);
+    uint32_t filled = 0;
+    for (const BoardSpec &spec : lib.fleet().boards) {
+        if (spec.number >= entries)
+            continue;
+        fill(spec, table[spec.number]);
+        ++filled;
+    }
+    return filled;
+}
+
+// The driver-wide fields that entry 0 carries, present board or not.
+template <class Entry> void driver_fields(const Fleet &fleet, Entry &e)
+{
+    for (const BoardSpec &spec : fleet.boards) {
+        if (spec.online)
+            e.a_onmask |= 1u << spec.number;
+        else
+            e.a_offmask |= 1u << spec.number;
+    }
+    size_t n = fleet.driver_version.size() < sizeof e.a_drvrid - 1 ? fleet.driver_version.size()
+                                                                   : sizeof e.a_drvrid - 1;
+    memset(e.a_drvrid, 0, sizeof e.a_drvrid);
+    memcpy(e.a_drvrid, fleet.driver_version.data(), n);
+}
+
+} // namespace
+
+uint32_t KVD_InitDiagEnv(KVD_BRDINFO *brdinfo, uint32_t max_boards)
+{
+    try {
+        Call c("KVD_InitDiagEnv");
+        c.line.arg_ptr("brdinfo", brdinfo).arg("max_boards", max_boards);
+        if (auto f = c.fault_boardless())
+            return static_cast<uint32_t>(*f);
+        c.lib.load();
+        Library::set_open(true);
+        libkvd_logging_enable = c.lib.fleet().logging_enable;
+        uint32_t entries = max_boards < KVD_MAX_BOARDS ? max_boards : KVD_MAX_BOARDS;
+        uint32_t filled = 0;
+        if (brdinfo && entries) {
+            filled = fill_table(c.lib, brdinfo, entries,
+                                [](const BoardSpec &spec, KVD_BRDINFO &e) { board_entry(spec, e); });
+            driver_fields(c.lib.fleet(), brdinfo[0]);
+        }
+        c.line.result(filled);
+        if (brdinfo)
+            c.line.bytes("out", brdinfo, sizeof(KVD_BRDINFO) * entries);
+        c.line.emit();
+        return filled;
+    } catch (...) {
+        return 0;
+    }
+}
+
+uint32_t InitDiagEnv(BRDINFO *brdinfo)
+{
+    try {
+        Call c("InitDiagEnv");
+        c.line.arg_ptr("brdinfo", brdinfo);
+        if (auto f = c.fault_boardless())
+            return static_cast<uint32_t>(*f);
+        c.lib.load();
+        Library::set_open(true);
+        libkvd_logging_enable = c.lib.fleet().logging_enable;
+        uint32_t filled = 0;
+        if (brdinfo) {
+            filled = fill_table(c.lib, brdinfo, KVD_MAX_BOARDS,
+                                [](const BoardSpec &spec, BRDINFO &e) { legacy_board_entry(spec, e); });
+            driver_fields(c.lib.fleet(), brdinfo[0]);
+        }
+        c.line.result(filled);
+        if (brdinfo)
+            c.line.bytes("out", brdinfo, sizeof(BRDINFO) * KVD_MAX_BOARDS);
+        c.line.emit();
+        return filled;
+    } catch (...) {
+        return 0;
+    }
+}
+
+// May run in a signal handler that interrupted another call of this thread:
+// no lock, no allocation, no stdio.
+void KVD_FreeDiagEnv(void)
+{
+    char buf[160];
+    TraceLine line(buf, sizeof buf, "KVD_FreeDiagEnv");
+    if (auto f = library_faults().match("KVD_FreeDiagEnv", FaultRules::kNoBoard)) {
+        line.result(*f).injected().emit();
+        return;
+    }
+    // The boards and their firmware stay: the hardware does not go away
+    // with the environment, and a later KVD_InitDiagEnv finds it as it was.
+    Library::set_open(false);
+    line.result(0).emit();
+}
+
+uint32_t KVD_GetLibVer(char *version)
+{
+    try {
+        Call c("KVD_GetLibVer");
+        c.line.arg_ptr("version", version);
+        if (auto f = c.fault_boardless())
+            return static_cast<uint32_t>(*f);
+        if (!version) {
+            c.line.result(EFAULT).emit();
+            return EFAULT;
+        }
+        c.lib.load();
+        const std::string &text = c.lib.fleet().library_version.empty() ? std::string(kDefaultLibraryVersion)
+                                                                        : c.lib.fleet().library_version;
+        size_t n = text.size() < 31 ? text.size() : 31;
+        memcpy(version, text.data(), n);
+        version[n] = '\0';
+        c.line.result(0).bytes("out", version, n + 1).emit();
+        return 0;
+    } catch (...) {
+        return ENOMEM;
+    }
+}
+
+// May run in a signal handler (the shell's quit): lock-free, as above.
+uint32_t unRegisterForEvent(uint32_t board, uint32_t event_id)
+{
+    char buf[160];
+    TraceLine line(buf, sizeof buf, "unRegisterForEvent");
+    line.arg("board", board).arg("event_id", event_id);
+    int32_t key = board <= 31 ? static_cast<int32_t>(board) : -2;
+    if (auto f = library_faults().match("unRegisterForEvent", key)) {
+        line.result(*f).injected().emit();
+        return static_cast<uint32_t>(*f);
+    }
+    uint32_t rc = 0;
+    if (!Library::is_open())
+        rc = ENXIO;
+    else if (!Library::present(board))
+        rc = ENODEV;
+    line.result(rc).emit();
+    return rc;
+}

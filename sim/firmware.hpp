@@ -1,0 +1,194 @@
+// The adapter firmware model: one per board. It answers mailbox commands as
+// adapter firmware does and owns the board's run-time state (link, counters,
+// timers, logins), which the attribute queries read back.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "fleet.hpp"
+#include "kvd_mbox.h"
+
+namespace kvdsim
+{
+
+// Access to the host memory that buffer descriptors point at. The library's
+// implementation checks that the range is mapped and writable in this
+// process; tests supply their own.
+class HostMemory
+{
+  public:
+    virtual ~HostMemory() = default;
+    // Copies len bytes to the host address; false if the range is unusable.
+    virtual bool write(uint64_t address, const void *src, size_t len) = 0;
+    virtual bool read(uint64_t address, void *dst, size_t len) = 0;
+};
+
+// Checks the process's own mappings (/proc/self/maps) before copying.
+class ProcessMemory final : public HostMemory
+{
+  public:
+    bool write(uint64_t address, const void *src, size_t len) override;
+    bool read(uint64_t address, void *dst, size_t len) override;
+};
+
+struct LinkStatus {
+    bool up = false;
+    uint32_t event_tag = 0; // bumps on every link attention
+    uint32_t up_count = 0;
+    uint32_t down_count = 0;
+    uint32_t multi_count = 0;
+    uint32_t did = 0;
+    uint8_t alpa = 0;
+    uint8_t topology = 0; // LINKINFO a_topology (LNK_*)
+    uint8_t state = 0;    // LINKINFO a_linkState (LNK_*)
+    uint32_t speed = 0;   // HBA API speed bit, 0 when down
+    // Loop only, in LILP form: alpa_map[0] holds the count, the AL_PAs
+    // follow from alpa_map[1]; alpa_count repeats the count.
+    uint8_t alpa_count = 0;
+    uint8_t alpa_map[128] = {};
+};
+
+// Port counters as HBA_PORTSTATISTICS reports them.
+struct PortCounters {
+    uint64_t seconds_since_reset = 0;
+    uint64_t tx_frames = 0, tx_words = 0, rx_frames = 0, rx_words = 0;
+    uint64_t lip = 0, nos = 0, error_frames = 0, dumped_frames = 0;
+    uint64_t link_failure = 0, loss_of_sync = 0, loss_of_signal = 0, prim_seq_err = 0;
+    uint64_t invalid_tx_word = 0, invalid_crc = 0;
+};
+
+enum class BoardState { ready, offline, resetting };
+
+class Firmware
+{
+  public:
+    explicit Firmware(const BoardSpec &spec);
+
+    // Runs one mailbox command. `record` holds at least `words_in` and
+    // `words_out` 32-bit words (at most 64 each are used). The command is
+    // read from the first words_in words; only the first words_out words of
+    // the completed record are written back. Returns the library result:
+    // 0 completed, KVD_RC_MBX_RETRIES when the board stayed busy through
+    // `retries` tries, or an errno value.
+    int32_t issue(uint8_t *record, uint32_t words_in, uint32_t words_out, uint32_t retries, HostMemory &mem);
+
+    LinkStatus link() const;
+    PortCounters counters(); // traffic moves a little on every read
+    BoardState state() const;
+    void set_state(BoardState s);
+
+    // The board goes through a firmware reset, as RESTART does: the link
+    // drops and comes back as at power-on, counters are cleared and the
+    // stored configuration returns to its defaults.
+    void restart();
+
+    const BoardSpec &spec() const
+    {
+        return spec_;
+    }
+
+    // Link timers as CONFIG_LINK stores them (milliseconds).
+    struct LinkTimers {
+        uint32_t edtov = 2000, arbtov = 1000, ratov = 10000, rttov = 100;
+        uint32_t altov = 15, crtov = 0, citov = 0;
+        uint32_t my_id = 0;
+        uint8_t max_bbc = 16, cr_count = 0, cr_delay = 0;
+        bool ci = false, cr = false, ack0 = false, rrq_immed = false, rrq_enable = false;
+    };
+    const LinkTimers &timers() const
+    {
+        return timers_;
+    }
+
+  private:
+    // A login the firmware holds (one RPI).
+    struct Login {
+        uint16_t rpi = 0;
+        uint32_t did = 0;
+        Wwn wwpn{};
+        Wwn wwnn{};
+        uint32_t cos = 0x8; // HBA API class-of-service bits
+        uint32_t max_frame = 2048;
+        bool fport = false; // the fabric's F_Port (FLOGI)
+        bool fcp_target = false;
+    };
+
+    struct RingConfig {
+        uint8_t profile = 0;
+        uint8_t num_mask = 0;
+        bool recv_notify = false, recv_seq = false;
+        uint16_t max_orig = 0, max_resp = 0;
+        std::array<RR_REG, MAX_RING_MASK> masks{};
+    };
+
+    // Link error counters, shared by READ_LNK_STAT and the port statistics.
+    struct LinkErrors {
+        uint32_t link_failure = 0, loss_sync = 0, loss_signal = 0, prim_seq_err = 0;
+        uint32_t invalid_tx_word = 0, crc = 0, prim_seq_timeout = 0, elastic_overrun = 0;
+        uint32_t arb_timeout = 0;
+    };
+
+    // Counters READ_STATUS reports since they were last cleared.
+    struct StatusCounters {
+        uint32_t xmit_bytes = 0, rcv_bytes = 0, xmit_frames = 0, rcv_frames = 0;
+        uint32_t xmit_seqs = 0, rcv_seqs = 0, orig_exchanges = 0, resp_exchanges = 0;
+        uint32_t rcv_pbsy = 0, rcv_fbsy = 0;
+    };
+
+    uint16_t run(MAILBOX &mb, HostMemory &mem);
+    uint16_t read_nv(MAILBOX &mb);
+    uint16_t read_rev(MAILBOX &mb);
+    uint16_t init_link(MAILBOX &mb);
+    uint16_t down_link();
+    uint16_t config_link(MAILBOX &mb);
+    uint16_t config_ring(MAILBOX &mb);
+    uint16_t reset_ring(MAILBOX &mb);
+    uint16_t read_config(MAILBOX &mb);
+    uint16_t read_rconfig(MAILBOX &mb);
+    uint16_t read_sparm(MAILBOX &mb, HostMemory &mem, bool bde64);
+    uint16_t read_status(MAILBOX &mb);
+    uint16_t read_rpi(MAILBOX &mb, HostMemory &mem);
+    uint16_t read_xri(MAILBOX &mb);
+    uint16_t read_lnk_stat(MAILBOX &mb);
+    uint16_t unreg_login(MAILBOX &mb);
+    uint16_t read_la(MAILBOX &mb, HostMemory &mem);
+    uint16_t clear_la(MAILBOX &mb);
+    uint16_t set_mask(MAILBOX &mb);
+    uint16_t set_debug(MAILBOX &mb);
+    uint16_t read_port_cap(MAILBOX &mb);
+    uint16_t biu_loopback(MAILBOX &mb, HostMemory &mem);
+
+    uint32_t ring_count() const;
+    bool topology_allows(uint16_t link_flags) const;
+    void link_up_event();
+    void link_down_event();
+    void bump_event_tag();
+    void reset_defaults();
+    void build_logins();
+    void advance_traffic();
+    const Login *find_login(uint16_t rpi) const;
+    std::vector<const Login *> exchanges() const;
+    // FC login service parameters as they follow the ELS command code.
+    using ServiceParams = std::array<uint8_t, 112>;
+    ServiceParams own_service_params() const;
+    ServiceParams login_service_params(const Login &l) const;
+    uint16_t write_service_params(const ServiceParams &sp, uint64_t address, uint32_t size,
+                                  HostMemory &mem) const;
+
+    BoardSpec spec_;
+    BoardState state_ = BoardState::ready;
+    LinkStatus link_;
+    PortCounters port_;
+    LinkErrors errors_;
+    StatusCounters status_;
+    LinkTimers timers_;
+    std::array<RingConfig, 4> rings_{};
+    std::vector<Login> logins_;
+    uint32_t trace_mask_ = 0, trace_ring_ = 0;
+    uint32_t debug_addr_ = 0, debug_value_ = 0;
+};
+
+} // namespace kvdsim

@@ -1,0 +1,129 @@
+#include "state.hpp"
+
+#include <atomic>
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <new>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace kvdsim
+{
+
+namespace
+{
+
+constinit std::atomic<bool> g_open{false};
+constinit std::atomic<uint32_t> g_present{0}; // bit per board number
+
+constexpr size_t kMaxFleetFile = 16u << 20;
+
+bool read_whole_file(const char *path, std::string &text, std::string &error)
+{
+    int fd = open(path, O_RDONLY | O_CLOEXEC);
+    if (fd < 0) {
+        error = std::string(path) + ": cannot open: " + strerror(errno);
+        return false;
+    }
+    text.clear();
+    char buf[8192];
+    for (;;) {
+        ssize_t n = read(fd, buf, sizeof buf);
+        if (n < 0 && errno == EINTR)
+            continue;
+        if (n < 0) {
+            error = std::string(path) + ": cannot read: " + strerror(errno);
+            close(fd);
+            return false;
+        }
+        if (n == 0)
+            break;
+        text.append(buf, static_cast<size_t>(n));
+        if (text.size() > kMaxFleetFile) {
+            error = std::string(path) + ": larger than " + std::to_string(kMaxFleetFile) + " bytes";
+            close(fd);
+            return false;
+        }
+    }
+    close(fd);
+    return true;
+}
+
+} // namespace
+
+std::optional<Fleet> read_fleet_file(const char *path, std::string &error)
+{
+    if (!path || !*path)
+        return parse_fleet(default_fleet_json(), "default fleet", error);
+    std::string text;
+    if (!read_whole_file(path, text, error))
+        return std::nullopt;
+    return parse_fleet(text, path, error);
+}
+
+Library &Library::instance()
+{
+    static Library *lib = new Library;
+    return *lib;
+}
+
+void Library::load()
+{
+    if (loaded_)
+        return;
+    loaded_ = true;
+    std::string error;
+    std::optional<Fleet> f = read_fleet_file(getenv("KVD_SIM_FLEET"), error);
+    if (!f) {
+        fprintf(stderr, "libkvd: %s\n", error.c_str());
+        return;
+    }
+    fleet_ = std::move(*f);
+    uint32_t mask = 0;
+    try {
+        for (const BoardSpec &spec : fleet_.boards) {
+            Board &b = boards_[spec.number];
+            b.spec = &spec;
+            b.fw = std::make_unique<Firmware>(spec);
+            if (!spec.online)
+                b.fw->set_state(BoardState::offline);
+            mask |= 1u << spec.number;
+        }
+    } catch (const std::exception &e) {
+        fprintf(stderr, "libkvd: cannot start the boards' firmware: %s\n", e.what());
+        for (Board &b : boards_) {
+            b.spec = nullptr;
+            b.fw.reset();
+        }
+        fleet_.boards.clear();
+        mask = 0;
+    }
+    g_present.store(mask, std::memory_order_release);
+}
+
+Board *Library::board(uint32_t number)
+{
+    if (number >= 32 || !boards_[number].spec)
+        return nullptr;
+    return &boards_[number];
+}
+
+bool Library::is_open()
+{
+    return g_open.load(std::memory_order_acquire);
+}
+
+void Library::set_open(bool open)
+{
+    g_open.store(open, std::memory_order_release);
+}
+
+bool Library::present(uint32_t number)
+{
+    return number < 32 && (g_present.load(std::memory_order_acquire) >> number & 1u);
+}
+
+} // namespace kvdsim

@@ -1,0 +1,103 @@
+// The process-wide state of the library: the fleet, one firmware model per
+// board, and whether the environment is open.
+//
+// Normal calls hold Library::mu for their whole run. The release calls
+// (KVD_FreeDiagEnv, unRegisterForEvent) may run in a signal handler that
+// interrupted a normal call on the same thread, so they never take the lock:
+// they use only the lock-free flags below.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+
+#include "fault.hpp"
+#include "firmware.hpp"
+#include "fleet.hpp"
+#include "trace.hpp"
+
+namespace kvdsim
+{
+
+struct Board {
+    const BoardSpec *spec = nullptr;
+    std::unique_ptr<Firmware> fw;
+};
+
+class Library
+{
+  public:
+    // Made on first use and never destroyed: a signal handler may still be
+    // running library code while the process exits.
+    static Library &instance();
+
+    std::mutex mu;
+
+    // The calls below need mu held.
+
+    // Loads the fleet on the first call: the file named by KVD_SIM_FLEET, or
+    // the embedded default. A fleet that does not load is reported on
+    // standard error in one line and leaves the library with no boards.
+    void load();
+    const Fleet &fleet() const
+    {
+        return fleet_;
+    }
+    // The board with this number, or null (also before load()).
+    Board *board(uint32_t number);
+
+    // Lock-free.
+    static bool is_open();
+    static void set_open(bool open);
+    static bool present(uint32_t number);
+
+  private:
+    Library() = default;
+    bool loaded_ = false;
+    Fleet fleet_;
+    Board boards_[32];
+};
+
+// Reads and parses a fleet file; `path` null or empty means the embedded
+// default. On failure `error` holds "<origin>: <place>: <fault>".
+std::optional<Fleet> read_fleet_file(const char *path, std::string &error);
+
+// Everything a normal call does around its work: holds the lock, traces
+// into the shared big buffer, and consults the fault rules.
+class Call
+{
+  public:
+    explicit Call(const char *name)
+        : lib(Library::instance()), lock(lib.mu), line(big_trace_buffer(), kBigTraceSize, name), name_(name)
+    {
+    }
+
+    // When a fault rule fires: traces the call as injected and returns the
+    // result to give back.
+    std::optional<int64_t> fault(uint32_t board)
+    {
+        return fault_for(board <= 31 ? static_cast<int32_t>(board) : -2);
+    }
+    std::optional<int64_t> fault_boardless()
+    {
+        return fault_for(FaultRules::kNoBoard);
+    }
+
+    Library &lib;
+    std::lock_guard<std::mutex> lock;
+    TraceLine line;
+
+  private:
+    std::optional<int64_t> fault_for(int32_t board)
+    {
+        auto f = library_faults().match(name_, board);
+        if (f)
+            line.result(*f).injected().emit();
+        return f;
+    }
+    const char *name_;
+};
+
+} // namespace kvdsim

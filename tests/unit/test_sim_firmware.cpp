@@ -1,0 +1,377 @@
+// The adapter firmware model: mailbox replies and the state they change.
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstring>
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include "firmware.hpp"
+#include "kvd_attr.h"
+#include "libkvd.h"
+
+using namespace kvdsim;
+
+namespace
+{
+
+// Host memory over a local buffer at a made-up bus address.
+class FakeMemory final : public HostMemory
+{
+  public:
+    static constexpr uint64_t kBase = 0x40000000;
+    std::array<uint8_t, 512> buf{};
+
+    bool write(uint64_t address, const void *src, size_t len) override
+    {
+        if (!inside(address, len))
+            return false;
+        std::memcpy(buf.data() + (address - kBase), src, len);
+        return true;
+    }
+    bool read(uint64_t address, void *dst, size_t len) override
+    {
+        if (!inside(address, len))
+            return false;
+        std::memcpy(dst, buf.data() + (address - kBase), len);
+        return true;
+    }
+
+  private:
+    bool inside(uint64_t a, size_t len) const
+    {
+        return a >= kBase && a - kBase <= buf.size() && len <= buf.size() - (a - kBase);
+    }
+};
+
+BoardSpec make_board(Topology topo = Topology::fabric, int sli = 3)
+{
+    BoardSpec b;
+    b.number = 1;
+    b.sli_mode = sli;
+    b.wwpn = {0x10, 0x00, 0x06, 0x4b, 0x51, 0x00, 0x00, 0x01};
+    b.wwnn = {0x20, 0x00, 0x06, 0x4b, 0x51, 0x00, 0x00, 0x01};
+    b.pref_did = 0x010200;
+    b.hard_alpa = 0x01;
+    b.topology = topo;
+    b.did = topo == Topology::loop ? 0x0000E8 : 0x010200;
+    b.alpa = topo == Topology::loop ? 0xE8 : 0;
+    b.speed = 2;
+    b.revision.biu_rev = 3;
+    b.revision.op_fw_name = "QM2.10A4";
+    b.revision.arm_fw_name = "ARMFW01";
+    RemotePort t;
+    t.did = topo == Topology::loop ? 0x0000E4 : 0x010300;
+    t.wwpn = {0x50, 0x06, 0x4b, 0x51, 0, 0, 0, 0x10};
+    b.remote_ports.push_back(t);
+    t.did = topo == Topology::loop ? 0x0000E2 : 0x010400;
+    t.wwpn[7] = 0x11;
+    b.remote_ports.push_back(t);
+    return b;
+}
+
+struct Box {
+    Firmware fw;
+    FakeMemory mem;
+    explicit Box(const BoardSpec &b) : fw(b)
+    {
+    }
+
+    MAILBOX run(MAILBOX mb, uint32_t words_in = 32, uint32_t words_out = 64)
+    {
+        EXPECT_EQ(fw.issue(reinterpret_cast<uint8_t *>(&mb), words_in, words_out, 5, mem), KVD_RC_OK);
+        return mb;
+    }
+    MAILBOX cmd(uint8_t code)
+    {
+        MAILBOX mb{};
+        mb.mbxCommand = code;
+        return mb;
+    }
+};
+
+uint32_t be32(const uint8_t *p)
+{
+    return uint32_t(p[0]) << 24 | p[1] << 16 | p[2] << 8 | p[3];
+}
+
+} // namespace
+
+TEST(SimFirmware, ReadNvAndRevision)
+{
+    Box b(make_board());
+    MAILBOX mb = b.run(b.cmd(MBX_READ_NV));
+    EXPECT_EQ(mb.mbxStatus, MBXERR_OK);
+    EXPECT_EQ(0, std::memcmp(mb.un.varRDnvp.portname, make_board().wwpn.data(), 8));
+    EXPECT_EQ(mb.un.varRDnvp.pref_DID, 0x010200u);
+    EXPECT_EQ(mb.un.varRDnvp.hardAL_PA, 1u);
+
+    mb = b.cmd(MBX_READ_REV);
+    mb.un.varRdRev.version = 1;
+    mb = b.run(mb);
+    EXPECT_EQ(mb.un.varRdRev.biu_rev, 3u);
+    EXPECT_STREQ(reinterpret_cast<const char *>(mb.un.varRdRev.opFwName), "QM2.10A4");
+    mb = b.run(b.cmd(MBX_READ_REV)); // short reply without the version bit
+    EXPECT_EQ(mb.un.varRdRev.biu_rev, 3u);
+    EXPECT_EQ(mb.un.varRdRev.opFwName[0], 0);
+
+    Box s4(make_board(Topology::fabric, 4));
+    mb = s4.run(s4.cmd(MBX_READ_REV), 64, 64);
+    READ_REV_VAR_SLI4 r;
+    std::memcpy(&r, &mb, sizeof r);
+    EXPECT_EQ(r.sli_level, 4u);
+    EXPECT_STREQ(reinterpret_cast<const char *>(r.arm_fw_name), "ARMFW01");
+    EXPECT_EQ(s4.run(s4.cmd(MBX_CONFIG_RING)).mbxStatus, MBXERR_UNKNOWN_CMD);
+}
+
+TEST(SimFirmware, LinkDownAndUp)
+{
+    Box b(make_board());
+    const LinkStatus start = b.fw.link();
+    ASSERT_TRUE(start.up);
+    EXPECT_NE(start.event_tag, 0u);
+    EXPECT_EQ(start.up_count, 1u);
+    EXPECT_EQ(start.topology, LNK_FABRIC);
+    EXPECT_EQ(start.did, 0x010200u);
+
+    b.run(b.cmd(MBX_DOWN_LINK));
+    LinkStatus l = b.fw.link();
+    EXPECT_FALSE(l.up);
+    EXPECT_EQ(l.state, LNK_DOWN);
+    EXPECT_EQ(l.did, 0u);
+    EXPECT_EQ(l.event_tag, start.event_tag + 1);
+    EXPECT_EQ(l.down_count, 1u);
+    MAILBOX la = b.run(b.cmd(MBX_READ_LA));
+    EXPECT_EQ(la.un.varReadLA.attType, AT_LINK_DOWN);
+    EXPECT_EQ(la.un.varReadLA.eventTag, l.event_tag);
+    MAILBOX lnk = b.run(b.cmd(MBX_READ_LNK_STAT));
+    EXPECT_EQ(lnk.un.varRdLnk.linkFailureCnt, 1u);
+
+    // CLEAR_LA wants the current tag.
+    MAILBOX clr = b.cmd(MBX_CLEAR_LA);
+    EXPECT_NE(b.run(clr).mbxStatus, MBXERR_OK);
+    clr.un.varClearLA.eventTag = l.event_tag;
+    EXPECT_EQ(b.run(clr).mbxStatus, MBXERR_OK);
+
+    // Forced loop on a fabric port: no link.
+    MAILBOX init = b.cmd(MBX_INIT_LINK);
+    init.un.varInitLnk.link_flags = FLAGS_TOPOLOGY_MODE_LOOP;
+    b.run(init);
+    EXPECT_FALSE(b.fw.link().up);
+    init.un.varInitLnk.link_flags = FLAGS_TOPOLOGY_MODE_PT_LOOP;
+    b.run(init);
+    l = b.fw.link();
+    EXPECT_TRUE(l.up);
+    EXPECT_EQ(l.state, LNK_READY);
+    EXPECT_EQ(l.up_count, 2u);
+    EXPECT_EQ(l.event_tag, start.event_tag + 2);
+    la = b.run(b.cmd(MBX_READ_LA));
+    EXPECT_EQ(la.un.varReadLA.attType, AT_LINK_UP);
+    EXPECT_EQ(la.un.varReadLA.topology, TOPOLOGY_PT_PT);
+}
+
+TEST(SimFirmware, LoopMapIntoBuffer)
+{
+    Box b(make_board(Topology::loop));
+    const LinkStatus l = b.fw.link();
+    EXPECT_EQ(l.topology, LNK_LOOP);
+    ASSERT_EQ(l.alpa_count, 3);
+    MAILBOX mb = b.cmd(MBX_READ_LA);
+    mb.un.varReadLA.lilpBde.bdeAddress = FakeMemory::kBase;
+    mb.un.varReadLA.lilpBde.bdeSize = 128;
+    mb = b.run(mb);
+    EXPECT_EQ(mb.un.varReadLA.granted_AL_PA, 0xE8);
+    const uint8_t want[] = {3, 0xE8, 0xE4, 0xE2};
+    EXPECT_EQ(0, std::memcmp(b.mem.buf.data(), want, sizeof want));
+    mb.un.varReadLA.lilpBde.bdeSize = 2;
+    EXPECT_EQ(b.run(mb).mbxStatus, MBXERR_BAD_RCV_LENGTH);
+}
+
+TEST(SimFirmware, ConfigLinkTimersInConfigAndSparm)
+{
+    Box b(make_board());
+    MAILBOX mb = b.cmd(MBX_CONFIG_LINK);
+    mb.un.varCfgLnk.edtov = 1500;
+    mb.un.varCfgLnk.ratov = 7000;
+    mb.un.varCfgLnk.altov = 33;
+    EXPECT_EQ(b.run(mb).mbxStatus, MBXERR_OK);
+    mb = b.run(b.cmd(MBX_READ_CONFIG));
+    EXPECT_EQ(mb.un.varRdConfig.edtov, 1500u);
+    EXPECT_EQ(mb.un.varRdConfig.ratov, 7000u);
+    EXPECT_EQ(mb.un.varRdConfig.altov, 33u);
+    EXPECT_EQ(mb.un.varRdConfig.myDid, 0x010200u);
+
+    mb = b.cmd(MBX_READ_SPARM64);
+    mb.un.varRdSparm64.sp64.tus.f.bdeSize = 112;
+    mb.un.varRdSparm64.sp64.addrLow = FakeMemory::kBase + 8;
+    EXPECT_EQ(b.run(mb).mbxStatus, MBXERR_OK);
+    const uint8_t *sp = b.mem.buf.data() + 8;
+    EXPECT_EQ(be32(sp + 8), 7000u);  // R_A_TOV
+    EXPECT_EQ(be32(sp + 12), 1500u); // E_D_TOV
+    EXPECT_EQ(0, std::memcmp(sp + 16, make_board().wwpn.data(), 8));
+    EXPECT_EQ(sp[64] & 0x80, 0x80);   // class 3 valid
+    EXPECT_EQ(b.mem.buf[8 + 112], 0); // nothing past the payload
+
+    // RESTART brings the defaults back.
+    b.run(b.cmd(MBX_RESTART));
+    EXPECT_NE(b.run(b.cmd(MBX_READ_CONFIG)).un.varRdConfig.edtov, 1500u);
+}
+
+TEST(SimFirmware, BadDescriptors)
+{
+    Box b(make_board());
+    MAILBOX mb = b.cmd(MBX_READ_SPARM);
+    mb.un.varRdSparm.sp.bdeAddress = FakeMemory::kBase;
+    mb.un.varRdSparm.sp.bdeSize = 111;
+    EXPECT_EQ(b.run(mb).mbxStatus, MBXERR_BAD_RCV_LENGTH);
+    mb.un.varRdSparm.sp.bdeSize = 112;
+    mb.un.varRdSparm.sp.bdeAddress = FakeMemory::kBase + 500; // runs off the end
+    EXPECT_EQ(b.run(mb).mbxStatus, MBXERR_DMA_ERROR);
+    mb.un.varRdSparm.sp.bdeAddress = 0;
+    EXPECT_EQ(b.run(mb).mbxStatus, MBXERR_DMA_ERROR);
+    mb.un.varRdSparm.sp.bdeAddress = FakeMemory::kBase;
+    mb.un.varRdSparm.sp.bdeAddrHigh = 1; // above 4 GiB: not our buffer
+    EXPECT_EQ(b.run(mb).mbxStatus, MBXERR_DMA_ERROR);
+    EXPECT_EQ(b.run(b.cmd(0x42)).mbxStatus, MBXERR_UNKNOWN_CMD);
+    EXPECT_EQ(b.run(b.cmd(MBX_LOAD_SM)).mbxStatus, MBXERR_UNKNOWN_CMD);
+}
+
+TEST(SimFirmware, ReadStatusMovesAndClears)
+{
+    Box b(make_board());
+    const uint32_t first = b.run(b.cmd(MBX_READ_STATUS)).un.varRdStatus.xmitFrameCnt;
+    MAILBOX clr = b.cmd(MBX_READ_STATUS);
+    clr.un.varRdStatus.clrCounters = 1;
+    const uint32_t second = b.run(clr).un.varRdStatus.xmitFrameCnt;
+    EXPECT_GT(second, first); // moved, and returned before the clear
+    const uint32_t third = b.run(b.cmd(MBX_READ_STATUS)).un.varRdStatus.xmitFrameCnt;
+    EXPECT_LT(third, second);
+    EXPECT_GT(third, 0u);
+
+    const PortCounters c1 = b.fw.counters();
+    EXPECT_GT(b.fw.counters().tx_frames, c1.tx_frames);
+    b.run(b.cmd(MBX_DOWN_LINK));
+    const PortCounters c2 = b.fw.counters();
+    EXPECT_EQ(b.fw.counters().tx_frames, c2.tx_frames); // no traffic without link
+    EXPECT_EQ(c2.link_failure, c1.link_failure + 1);
+}
+
+TEST(SimFirmware, RingsMasksAndKeys)
+{
+    Box b(make_board());
+    MAILBOX mb = b.cmd(MBX_CONFIG_RING);
+    mb.un.varCfgRing.ring = 4;
+    EXPECT_EQ(b.run(mb).mbxStatus, MBXERR_BAD_RING_NUMBER);
+    mb.un.varCfgRing.ring = 2;
+    mb.un.varCfgRing.numMask = 7;
+    EXPECT_EQ(b.run(mb).mbxStatus, MBXERR_MASKS_EXCEEDED);
+    mb.un.varCfgRing.numMask = 1;
+    mb.un.varCfgRing.rrRegs[0] = RR_REG{0xFF, 0x22, 0xFF, 0x01};
+    EXPECT_EQ(b.run(mb).mbxStatus, MBXERR_OK);
+    MAILBOX rc = b.cmd(MBX_READ_RCONFIG);
+    rc.un.varRdRConfig.ring = 2;
+    rc = b.run(rc);
+    EXPECT_EQ(rc.un.varRdRConfig.numMask, 1u);
+    EXPECT_EQ(rc.un.varRdRConfig.rrRegs[0].rval, 0x22);
+
+    MAILBOX rr = b.cmd(MBX_RESET_RING);
+    rr.un.varRstRing.ring_no = 0x10000003;
+    EXPECT_EQ(b.run(rr).mbxStatus, MBXERR_BAD_RING_NUMBER);
+
+    MAILBOX sm = b.cmd(MBX_SET_MASK);
+    sm.un.varWords[1] = 0xFF;
+    EXPECT_EQ(b.run(sm).mbxStatus, MBXERR_BAD_KEY);
+    sm.un.varWords[0] = MBX_SETMASK_KEY;
+    sm.un.varWords[2] = 9;
+    EXPECT_EQ(b.run(sm).mbxStatus, MBXERR_BAD_RING_NUMBER);
+    sm.un.varWords[2] = 3;
+    EXPECT_EQ(b.run(sm).mbxStatus, MBXERR_OK);
+}
+
+TEST(SimFirmware, UnregLoginRemovesRpi)
+{
+    Box b(make_board());
+    MAILBOX rd = b.cmd(MBX_READ_RPI);
+    rd.un.varRdRPI.sp.bdeAddress = FakeMemory::kBase;
+    rd.un.varRdRPI.sp.bdeSize = 112;
+    rd.un.varRdRPI.reqRpi = 2; // fabric, name server, then the first target
+    MAILBOX got = b.run(rd);
+    ASSERT_EQ(got.mbxStatus, MBXERR_OK);
+    EXPECT_EQ(got.un.varRdRPI.DID, 0x010300u);
+    EXPECT_EQ(got.un.varRdRPI.nextRpi, 3);
+    EXPECT_EQ(b.mem.buf[16], 0x50); // the target's port name
+
+    MAILBOX un = b.cmd(MBX_UNREG_LOGIN);
+    un.un.varUnregLogin.rpi = 2;
+    EXPECT_EQ(b.run(un).mbxStatus, MBXERR_OK);
+    EXPECT_NE(b.run(un).mbxStatus, MBXERR_OK); // already gone
+    EXPECT_NE(b.run(rd).mbxStatus, MBXERR_OK);
+    rd.un.varRdRPI.reqRpi = 1;
+    EXPECT_EQ(b.run(rd).un.varRdRPI.nextRpi, 3);
+    un.un.varUnregLogin.rpi = 0xFFFF;
+    EXPECT_EQ(b.run(un).mbxStatus, MBXERR_OK);
+    rd.un.varRdRPI.reqRpi = 0;
+    EXPECT_NE(b.run(rd).mbxStatus, MBXERR_OK);
+}
+
+TEST(SimFirmware, WordCountsAndBusyBoard)
+{
+    Box b(make_board());
+    MAILBOX mb;
+    std::memset(&mb, 0xAB, sizeof mb);
+    mb.mbxOwner = 1;
+    mb.mbxCommand = MBX_READ_REV;
+    mb.mbxStatus = 0;
+    // Only one word goes in: the rest, `version` bit included, reads as
+    // zero, so the reply is the short one. Sixteen words come back.
+    ASSERT_EQ(b.fw.issue(reinterpret_cast<uint8_t *>(&mb), 1, 16, 5, b.mem), KVD_RC_OK);
+    EXPECT_EQ(mb.mbxOwner, 0);
+    EXPECT_EQ(mb.un.varRdRev.biu_rev, 3u);
+    EXPECT_EQ(mb.un.varRdRev.opFwName[0], 0);
+    const uint8_t *raw = reinterpret_cast<const uint8_t *>(&mb);
+    for (size_t i = 64; i < sizeof mb; ++i)
+        ASSERT_EQ(raw[i], 0xAB) << "byte " << i;
+
+    b.fw.set_state(BoardState::resetting);
+    MAILBOX busy = b.cmd(MBX_READ_NV);
+    EXPECT_EQ(b.fw.issue(reinterpret_cast<uint8_t *>(&busy), 32, 64, 5, b.mem), KVD_RC_MBX_RETRIES);
+    EXPECT_EQ(busy.mbxStatus, MBX_NOT_FINISHED);
+    EXPECT_EQ(busy.mbxCommand, MBX_READ_NV);
+    EXPECT_EQ(busy.un.varRDnvp.portname[0], 0);
+}
+
+TEST(SimFirmware, PciLoopbackCopies)
+{
+    Box b(make_board());
+    for (size_t i = 0; i < 64; ++i)
+        b.mem.buf[i] = static_cast<uint8_t>(i + 1);
+    MAILBOX mb = b.cmd(0x84);
+    mb.un.varBIUdiag64.xmit_bde64.tus.f.bdeSize = 64;
+    mb.un.varBIUdiag64.xmit_bde64.addrLow = FakeMemory::kBase;
+    mb.un.varBIUdiag64.rcv_bde64.tus.f.bdeSize = 64;
+    mb.un.varBIUdiag64.rcv_bde64.addrLow = FakeMemory::kBase + 256;
+    EXPECT_EQ(b.run(mb).mbxStatus, MBXERR_OK);
+    EXPECT_EQ(0, std::memcmp(b.mem.buf.data(), b.mem.buf.data() + 256, 64));
+}
+
+TEST(SimHostMemory, ChecksMappings)
+{
+    ProcessMemory pm;
+    uint8_t local[16] = {};
+    const uint8_t src[4] = {1, 2, 3, 4};
+    EXPECT_TRUE(pm.write(reinterpret_cast<uintptr_t>(local) + 4, src, sizeof src));
+    EXPECT_EQ(local[7], 4);
+    EXPECT_FALSE(pm.write(0, src, sizeof src));
+    EXPECT_FALSE(pm.read(UINT64_MAX - 1, local, 4)); // would wrap
+
+    const long page = sysconf(_SC_PAGESIZE);
+    void *p = mmap(nullptr, page * 2, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    ASSERT_NE(p, MAP_FAILED);
+    const uint64_t a = reinterpret_cast<uintptr_t>(p);
+    EXPECT_FALSE(pm.write(a, src, sizeof src)); // read-only
+    EXPECT_TRUE(pm.read(a, local, sizeof local));
+    munmap(static_cast<uint8_t *>(p) + page, page);
+    EXPECT_FALSE(pm.read(a + page - 2, local, 4)); // runs into the hole
+    munmap(p, page);
+    EXPECT_FALSE(pm.read(a, local, 4));
+}
