@@ -1,0 +1,109 @@
+/*
+ * kvd: the shell's shared state, command rows and helpers.
+ *
+ * The shell is plain records and tables of handler rows. Everything a command
+ * needs from the rest of the shell is declared here.
+ */
+#ifndef KVD_H
+#define KVD_H
+
+#include <stdint.h>
+#include <stdio.h>
+
+#include "libkvd.h"
+
+/* Command statuses (a handler's result; in option mode the exit status). */
+#define KVD_OK 0
+#define KVD_FAIL (-1)
+#define KVD_NO_ADAPTERS (-3)
+#define KVD_LIBERR (-4)
+#define KVD_BADARG (-5)
+#define KVD_NODATA (-7)
+#define KVD_PRECOND (-8)
+#define KVD_USAGE (-9)
+
+#define KVD_CMDBUF_SIZE 132 /* command line buffer, NUL included */
+#define KVD_MAXARGS 50      /* words kept of one line */
+#define KVD_SEPARATORS " \t,\n"
+
+/* One row of a command table. Handlers get their own row and a second
+ * argument that is null for top-level commands and the family's record
+ * (a zeroed MAILBOX for "mbox") for sub-commands. */
+typedef struct cmdinfo {
+    const char *c_string;
+    int32_t (*c_routine)(struct cmdinfo *row, void *arg);
+} cmdinfo;
+
+#define KVD_HANDLER(name) int32_t name(cmdinfo *row, void *arg)
+
+/* Process-wide state. */
+extern struct kvd_area kvd_un;
+extern uint8_t *kvd_bigbuffer;
+extern uint8_t *kvd_slimbuffer;
+extern uint32_t kvd_pci_brds;
+extern int32_t cur_board;
+extern int32_t cur_ring;
+extern int32_t cur_iocb;
+extern HBA_WWN cur_wwn;
+extern int32_t cur_wwn_set;
+extern int32_t num_lines;
+extern int32_t prompt_to_continue;
+extern int32_t margc;
+extern char *margv[KVD_MAXARGS];
+extern cmdinfo kvdCmds[];
+extern int32_t kvdcmdcnt;
+extern const char *kvd_err_cannot_issue_cmd;
+
+/* Entry and command loop. */
+[[noreturn]] void usage(int status);
+[[noreturn]] KVD_HANDLER(quit);
+void quit_on_signal(int signo);
+int kvd_list_adapters(void);
+
+/* Command reader and prompt readers. */
+cmdinfo *getcmd(char *buffer, int size, int oneshot);
+void kvd_readline(char *buffer, int size);
+int32_t getint(const char *prompt);
+uint32_t getxint(const char *prompt);
+int getstring(const char *prompt, char *dest);
+void get_a_string(char *dest, int max, const char *prompt);
+int promptYesorNo(void);
+int promptContinueOrAbort(void);
+int kvd_page_break(int item);
+
+/* Formatting and parsing. */
+void hexdump(const void *bytes, uint32_t length);
+void kvd_mac_sprintf(const uint8_t *src, char *text);
+int kvd_atowwn(HBA_WWN *wwn, const char *text);
+int kvd_atowwn2(HBA_WWN *wwn, const char *text);
+int kvd_atomac(uint8_t *dest, const char *text);
+int kvd_atovlanid(uint8_t *dest, const char *text);
+int kvd_cannot_issue(void);
+
+/* Handlers. */
+KVD_HANDLER(inval);
+KVD_HANDLER(help);
+KVD_HANDLER(shell);
+KVD_HANDLER(set);
+KVD_HANDLER(getversions);
+KVD_HANDLER(adapters);
+KVD_HANDLER(kvd_not_implemented);
+
+/* Mailbox family: issuing wrappers, the sub-command table and its size. */
+int32_t kvd_IssueMbox(uint32_t board, MAILBOX *mb, uint32_t words_in, uint32_t words_out);
+int32_t kvd_IssueMboxV2(uint32_t board, MAILBOX *mb);
+constexpr int32_t g_mboxinfo_array_size = 40;
+extern cmdinfo mboxinfo[g_mboxinfo_array_size];
+KVD_HANDLER(mbinval);
+
+/* SLI level (2, 3 or 4) and protocol (0 FCoE, 1 Fibre Channel) of a board,
+ * from the driver information; -1 when the query fails. */
+int32_t get_sli_mode(uint32_t board);
+int32_t get_protocol_mode(uint32_t board);
+
+/* Copies a text field of a library record that need not be NUL-terminated
+ * into dest (destsize bytes, terminated); returns dest. */
+const char *kvd_fieldtext(char *dest, size_t destsize, const void *src, size_t srcsize);
+#define KVD_FIELDTEXT(dest, field) kvd_fieldtext((dest), sizeof(dest), (field), sizeof(field))
+
+#endif

@@ -1,0 +1,170 @@
+// The command-line splitter, table lookup and the prompt readers.
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "kvd.h"
+
+namespace {
+
+// Feeds `input` to the shell's standard input for the life of the object.
+struct Input {
+    FILE *saved = stdin;
+    explicit Input(const std::string &input)
+    {
+        stdin = fmemopen(const_cast<char *>(text(input)), input.size(), "r");
+    }
+    ~Input()
+    {
+        fclose(stdin);
+        stdin = saved;
+    }
+    static const char *text(const std::string &s)
+    {
+        static std::string keep;
+        keep = s;
+        return keep.c_str();
+    }
+};
+
+struct Reader : testing::Test {
+    char buffer[KVD_CMDBUF_SIZE] = {};
+    void SetUp() override
+    {
+        margc = 0;
+        memset(margv, 0, sizeof(margv));
+    }
+    cmdinfo *oneshot(const char *line)
+    {
+        snprintf(buffer, sizeof(buffer), "%s", line);
+        return getcmd(buffer, sizeof(buffer), 1);
+    }
+};
+
+TEST_F(Reader, SplitsOnBlanksTabsAndCommas)
+{
+    cmdinfo *row = oneshot("set ,\t board,,3 \n");
+    EXPECT_STREQ(row->c_string, "set");
+    ASSERT_EQ(margc, 3);
+    EXPECT_STREQ(margv[1], "board");
+    EXPECT_STREQ(margv[2], "3");
+}
+
+TEST_F(Reader, EmptyLineGivesRowZeroAndKeepsTheCount)
+{
+    margc = 7;
+    EXPECT_EQ(oneshot(" ,\t"), &kvdCmds[0]);
+    EXPECT_EQ(margc, 7);
+    EXPECT_EQ(margv[0], nullptr);
+}
+
+TEST_F(Reader, MatchingIsExactAndCaseSensitive)
+{
+    EXPECT_EQ(oneshot("HELP"), &kvdCmds[0]);
+    EXPECT_EQ(oneshot("hel"), &kvdCmds[0]);
+    EXPECT_STREQ(oneshot("help")->c_string, "help");
+    EXPECT_STREQ(oneshot("bye")->c_string, "bye");
+    EXPECT_EQ(oneshot("inval"), &kvdCmds[0]);
+}
+
+TEST_F(Reader, KeepsAtMostFiftyWords)
+{
+    std::string line = "set";
+    for (int i = 1; i < 60; i++)
+        line += " w";
+    snprintf(buffer, sizeof(buffer), "%s", line.c_str());
+    getcmd(buffer, sizeof(buffer), 1);
+    EXPECT_EQ(margc, KVD_MAXARGS);
+}
+
+TEST_F(Reader, LongLineIsReadAsTwoCommands)
+{
+    std::string line = "set" + std::string(128, ' ') + "board 5\n"; // 138 characters
+    Input in(line);
+    getcmd(buffer, sizeof(buffer), 0);
+    EXPECT_EQ(margc, 1);
+    EXPECT_STREQ(margv[0], "set");
+    getcmd(buffer, sizeof(buffer), 0);
+    EXPECT_EQ(margc, 2);
+    EXPECT_STREQ(margv[0], "board");
+    EXPECT_STREQ(margv[1], "5");
+}
+
+TEST_F(Reader, RepeatRestoresThePreviousWords)
+{
+    Input in("set ring 2\np\np\n");
+    getcmd(buffer, sizeof(buffer), 0);
+    for (int i = 0; i < 2; i++) {
+        cmdinfo *row = getcmd(buffer, sizeof(buffer), 0);
+        EXPECT_STREQ(row->c_string, "set");
+        ASSERT_EQ(margc, 3);
+        EXPECT_STREQ(margv[1], "ring");
+        EXPECT_STREQ(margv[2], "2");
+    }
+}
+
+TEST_F(Reader, RepeatFirstThingDoesNothing)
+{
+    Input in("p\n");
+    EXPECT_EQ(getcmd(buffer, sizeof(buffer), 0), &kvdCmds[0]);
+    EXPECT_EQ(margv[0], nullptr);
+}
+
+TEST(Prompts, NumbersAreTakenAsTyped)
+{
+    Input in("42 7\n,5\n0x1F\nzz\n");
+    testing::internal::CaptureStdout();
+    EXPECT_EQ(getint("Ring"), 42);
+    EXPECT_EQ(getint("Ring"), 5); // the comma is a separator
+    EXPECT_EQ(getxint("mask"), 0x1fu);
+    EXPECT_EQ(getxint("mask"), 0u);
+    fflush(stdout);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "Ring: Ring: mask (hex): mask (hex): ");
+}
+
+TEST(Prompts, YesOrNoTakesOnlyOneCharacterAnswers)
+{
+    Input in("yes\nx\nN\n");
+    testing::internal::CaptureStdout();
+    EXPECT_EQ(promptYesorNo(), 0);
+    fflush(stdout);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(),
+              "Yes or No:: Response invalid, please enter y or n\n"
+              "Yes or No:: Response invalid, please enter y or n\n"
+              "Yes or No:: ");
+}
+
+TEST(Prompts, GetAStringCopiesAtMostMaxBytesWithoutTerminating)
+{
+    Input in("abcdefgh\n");
+    char dest[8];
+    memset(dest, '#', sizeof(dest));
+    testing::internal::CaptureStdout();
+    get_a_string(dest, 5, "name");
+    testing::internal::GetCapturedStdout();
+    EXPECT_EQ(std::string(dest, 8), "abcde###");
+}
+
+TEST(Pager, PageLengthOfZeroOrLessNeverPauses)
+{
+    int saved_lines = num_lines, saved_prompt = prompt_to_continue;
+    prompt_to_continue = 1;
+    for (int lines : {0, -3}) {
+        num_lines = lines;
+        for (int i = 0; i < 5; i++)
+            EXPECT_EQ(kvd_page_break(i), 0);
+    }
+    num_lines = 2;
+    Input in("x rest\n\n");
+    testing::internal::CaptureStdout();
+    EXPECT_EQ(kvd_page_break(0), 0); // not the end of a page: no question
+    EXPECT_EQ(kvd_page_break(1), 1); // "x" aborts and eats the line
+    EXPECT_EQ(kvd_page_break(3), 0);
+    fflush(stdout);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(),
+              "\n Hit <CR> to continue (x to abort): \n\n Hit <CR> to continue (x to abort): \n");
+    num_lines = saved_lines;
+    prompt_to_continue = saved_prompt;
+}
+
+} // namespace
