@@ -98,12 +98,11 @@ void put_be32(uint8_t *p, uint32_t v)
     p[3] = static_cast<uint8_t>(v);
 }
 
-// Copies a name into a 16-byte firmware field, keeping a NUL terminator so
-// that readers printing it as text stay inside the field.
+// Firmware names fill their 16-byte fields; a full-length name carries no NUL.
 void put_name(uint8_t (&field)[16], const std::string &name)
 {
     std::memset(field, 0, sizeof field);
-    std::memcpy(field, name.data(), std::min(name.size(), sizeof field - 1));
+    std::memcpy(field, name.data(), std::min(name.size(), sizeof field));
 }
 
 uint64_t bde_address(const ULP_BDE &bde)
