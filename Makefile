@@ -31,8 +31,9 @@ $(BUILD)/CMakeCache.txt:
 build: deps $(BUILD)/CMakeCache.txt
 	cmake --build $(BUILD) -j$(JOBS)
 
+# quit, bye and exit leave kvd with status 1: that is a normal end here.
 run: build
-	$(BUILD)/app/kvd
+	@$(BUILD)/app/kvd; status=$$?; [ $$status -le 1 ]
 
 $(ASAN_BUILD)/CMakeCache.txt:
 	cmake -S . -B $(ASAN_BUILD) -DCMAKE_BUILD_TYPE=Debug -DKVD_SANITIZE=ON

@@ -13,17 +13,6 @@
 
 static_assert(KVD_STATUS_STALE_DATA == HBA_STATUS_ERROR_STALE_DATA, "stale-data status");
 
-const char *kvd_fieldtext(char *dest, size_t destsize, const void *src, size_t srcsize)
-{
-    size_t len = strnlen(static_cast<const char *>(src), srcsize);
-
-    if (len > destsize - 1)
-        len = destsize - 1;
-    memcpy(dest, src, len);
-    dest[len] = '\0';
-    return dest;
-}
-
 KVD_HANDLER(hbaattr)
 {
     HBA_ADAPTERATTRIBUTES attr;

@@ -90,8 +90,7 @@ int kvd_list_adapters(void)
             continue;
         }
         memcpy(&host, attributes.OSDeviceName + KVD_OSDEV_HOST, sizeof(host));
-        memcpy(fwname, entry->a_fwname, sizeof(entry->a_fwname));
-        fwname[sizeof(fwname) - 1] = '\0';
+        KVD_FIELDTEXT(fwname, entry->a_fwname);
         kvd_mac_sprintf(entry->a_wwpn, wwpn);
         printf("Adapter %d: vexa%d host%d PCI id %x%s%s WWPN:%s\n", board, (int)entry->a_ddi, host,
                entry->a_pci, fwname[0] ? " Firmware:" : "", fwname, wwpn);

@@ -34,6 +34,17 @@ void hexdump(const void *bytes, uint32_t length)
     printf("%s\n", ascii);
 }
 
+const char *kvd_fieldtext(char *dest, size_t destsize, const void *src, size_t srcsize)
+{
+    size_t len = strnlen(static_cast<const char *>(src), srcsize);
+
+    if (len > destsize - 1)
+        len = destsize - 1;
+    memcpy(dest, src, len);
+    dest[len] = '\0';
+    return dest;
+}
+
 void kvd_mac_sprintf(const uint8_t *src, char *text)
 {
     static const char digits[] = "0123456789abcdef";

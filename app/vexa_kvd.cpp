@@ -21,8 +21,7 @@ static void kvd_interactive(char *buffer)
 
     // Entry 0 speaks for the whole driver.
     char drvrid[sizeof(kvd_un.brdaddr[0].a_drvrid) + 1];
-    memcpy(drvrid, kvd_un.brdaddr[0].a_drvrid, sizeof(kvd_un.brdaddr[0].a_drvrid));
-    drvrid[sizeof(drvrid) - 1] = '\0';
+    KVD_FIELDTEXT(drvrid, kvd_un.brdaddr[0].a_drvrid);
     printf("\nFound %d adapters: onmask %x offmask %x Driver:%s\n", kvd_pci_brds,
            kvd_un.brdaddr[0].a_onmask, kvd_un.brdaddr[0].a_offmask, drvrid);
     kvd_list_adapters();

@@ -35,10 +35,10 @@ uint32_t fill_table(Library &lib, Entry *table, uint32_t entries, Fill fill)
 {
     memset(table, 0, sizeof(Entry) * entries);
     uint32_t filled = 0;
-    for (const BoardSpec &spec : lib.fleet().boards) {
-        if (spec.number >= entries)
+    for (const BoardSpec &cfg : lib.fleet().boards) {
+        if (cfg.number >= entries)
             continue;
-        fill(spec, table[spec.number]);
+        fill(cfg, table[cfg.number]);
         ++filled;
     }
     return filled;
@@ -47,11 +47,11 @@ uint32_t fill_table(Library &lib, Entry *table, uint32_t entries, Fill fill)
 // The driver-wide fields that entry 0 carries, present board or not.
 template <class Entry> void driver_fields(const Fleet &fleet, Entry &e)
 {
-    for (const BoardSpec &spec : fleet.boards) {
-        if (spec.online)
-            e.a_onmask |= 1u << spec.number;
+    for (const BoardSpec &cfg : fleet.boards) {
+        if (cfg.online)
+            e.a_onmask |= 1u << cfg.number;
         else
-            e.a_offmask |= 1u << spec.number;
+            e.a_offmask |= 1u << cfg.number;
     }
     size_t n = fleet.driver_version.size() < sizeof e.a_drvrid - 1 ? fleet.driver_version.size()
                                                                    : sizeof e.a_drvrid - 1;
@@ -75,7 +75,7 @@ uint32_t KVD_InitDiagEnv(KVD_BRDINFO *brdinfo, uint32_t max_boards)
         uint32_t filled = 0;
         if (brdinfo && entries) {
             filled = fill_table(c.lib, brdinfo, entries,
-                                [](const BoardSpec &spec, KVD_BRDINFO &e) { board_entry(spec, e); });
+                                [](const BoardSpec &cfg, KVD_BRDINFO &e) { board_entry(cfg, e); });
             driver_fields(c.lib.fleet(), brdinfo[0]);
         }
         c.line.result(filled);
@@ -101,7 +101,7 @@ uint32_t InitDiagEnv(BRDINFO *brdinfo)
         uint32_t filled = 0;
         if (brdinfo) {
             filled = fill_table(c.lib, brdinfo, KVD_MAX_BOARDS,
-                                [](const BoardSpec &spec, BRDINFO &e) { legacy_board_entry(spec, e); });
+                                [](const BoardSpec &cfg, BRDINFO &e) { legacy_board_entry(cfg, e); });
             driver_fields(c.lib.fleet(), brdinfo[0]);
         }
         c.line.result(filled);

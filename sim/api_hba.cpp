@@ -71,7 +71,7 @@ HBA_STATUS GetAdapterAttributes(uint32_t board, HBA_ADAPTERATTRIBUTES *attribute
         Board *b = nullptr;
         HBA_STATUS rc = hba_board(c, board, attributes, &b);
         if (rc == HBA_STATUS_OK)
-            adapter_attributes(c.lib.fleet(), *b->spec, *attributes);
+            adapter_attributes(c.lib.fleet(), *b->cfg, *attributes);
         return finish(c, rc, attributes, sizeof *attributes);
     } catch (...) {
         return HBA_STATUS_ERROR;
@@ -90,7 +90,7 @@ HBA_STATUS GetAdapterPortAttributes(uint32_t board, uint32_t port, HBA_PORTATTRI
         if (rc == HBA_STATUS_OK && port != 0)
             rc = HBA_STATUS_ERROR_ILLEGAL_INDEX; // one port per adapter
         if (rc == HBA_STATUS_OK)
-            local_port_attributes(c.lib.fleet(), *b->spec, b->fw->link(), b->fw->state(), *attributes);
+            local_port_attributes(c.lib.fleet(), *b->cfg, b->fw->link(), b->fw->state(), *attributes);
         return finish(c, rc, attributes, sizeof *attributes);
     } catch (...) {
         return HBA_STATUS_ERROR;
@@ -110,7 +110,7 @@ HBA_STATUS GetPortAttributesByIndex(uint32_t board, uint32_t port, uint32_t inde
         if (rc == HBA_STATUS_OK && (port != 0 || index != 0))
             rc = HBA_STATUS_ERROR_ILLEGAL_INDEX; // index 0 is the adapter's own port
         if (rc == HBA_STATUS_OK)
-            local_port_attributes(c.lib.fleet(), *b->spec, b->fw->link(), b->fw->state(), *attributes);
+            local_port_attributes(c.lib.fleet(), *b->cfg, b->fw->link(), b->fw->state(), *attributes);
         return finish(c, rc, attributes, sizeof *attributes);
     } catch (...) {
         return HBA_STATUS_ERROR;
@@ -129,10 +129,10 @@ HBA_STATUS GetDiscoveredPortAttributes(uint32_t board, uint32_t port, uint32_t i
         HBA_STATUS rc = hba_board(c, board, attributes, &b);
         if (rc == HBA_STATUS_OK) {
             LinkStatus link = b->fw->link();
-            if (port != 0 || index >= discovered_ports(*b->spec, link))
+            if (port != 0 || index >= discovered_ports(*b->cfg, link))
                 rc = HBA_STATUS_ERROR_ILLEGAL_INDEX;
             else
-                remote_port_attributes(*b->spec, b->spec->remote_ports[index], link, *attributes);
+                remote_port_attributes(*b->cfg, b->cfg->remote_ports[index], link, *attributes);
         }
         return finish(c, rc, attributes, sizeof *attributes);
     } catch (...) {
@@ -150,16 +150,16 @@ HBA_STATUS GetPortAttributesByWWN(uint32_t board, HBA_WWN wwn, HBA_PORTATTRIBUTE
         Board *b = nullptr;
         HBA_STATUS rc = hba_board(c, board, attributes, &b);
         if (rc == HBA_STATUS_OK) {
-            const BoardSpec &spec = *b->spec;
+            const BoardSpec &cfg = *b->cfg;
             LinkStatus link = b->fw->link();
             rc = HBA_STATUS_ERROR_ILLEGAL_WWN;
-            if (memcmp(wwn.wwn, spec.wwpn.data(), 8) == 0) {
-                local_port_attributes(c.lib.fleet(), spec, link, b->fw->state(), *attributes);
+            if (memcmp(wwn.wwn, cfg.wwpn.data(), 8) == 0) {
+                local_port_attributes(c.lib.fleet(), cfg, link, b->fw->state(), *attributes);
                 rc = HBA_STATUS_OK;
             } else {
-                for (uint32_t i = 0; i < discovered_ports(spec, link); ++i) {
-                    if (memcmp(wwn.wwn, spec.remote_ports[i].wwpn.data(), 8) == 0) {
-                        remote_port_attributes(spec, spec.remote_ports[i], link, *attributes);
+                for (uint32_t i = 0; i < discovered_ports(cfg, link); ++i) {
+                    if (memcmp(wwn.wwn, cfg.remote_ports[i].wwpn.data(), 8) == 0) {
+                        remote_port_attributes(cfg, cfg.remote_ports[i], link, *attributes);
                         rc = HBA_STATUS_OK;
                         break;
                     }
@@ -201,7 +201,7 @@ uint32_t KVD_GetLinkInfo(uint32_t board, LINKINFO *info)
         Board *b = nullptr;
         uint32_t rc = kvd_board(c, board, info, &b);
         if (rc == 0)
-            link_info(*b->spec, b->fw->link(), *info);
+            link_info(*b->cfg, b->fw->link(), *info);
         return finish(c, rc, info, sizeof *info);
     } catch (...) {
         return ENOMEM;
@@ -223,7 +223,7 @@ uint32_t KVD_GetDrvInfo(uint32_t board, KVDDRVINFO *info)
         if (rc == 0 && info->drvInfoVer != KVD_DRVINFO_VERSION)
             rc = EINVAL; // a record of another version has another layout
         if (rc == 0)
-            driver_info(c.lib.fleet(), *b->spec, b->fw->link(), *info);
+            driver_info(c.lib.fleet(), *b->cfg, b->fw->link(), *info);
         return finish(c, rc, info, sizeof *info, info ? &received : nullptr);
     } catch (...) {
         return ENOMEM;

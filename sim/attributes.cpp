@@ -51,30 +51,30 @@ void set_fc4_type(HBA_FC4TYPES &types, uint8_t type)
     types.bits[(type / 32) * 4 + 3 - (type % 32) / 8] |= static_cast<uint8_t>(1u << (type % 8));
 }
 
-void board_entry(const BoardSpec &spec, KVD_BRDINFO &e)
+void board_entry(const BoardSpec &cfg, KVD_BRDINFO &e)
 {
     memset(&e, 0, sizeof e);
-    e.a_mem_hi = static_cast<uint32_t>(spec.mem_base >> 32);
-    e.a_mem_low = static_cast<uint32_t>(spec.mem_base);
-    e.a_flash_hi = static_cast<uint32_t>(spec.flash_base >> 32);
-    e.a_flash_low = static_cast<uint32_t>(spec.flash_base);
-    e.a_ctlreg_hi = static_cast<uint32_t>(spec.ctlreg_base >> 32);
-    e.a_ctlreg_low = static_cast<uint32_t>(spec.ctlreg_base);
-    e.a_intrlvl = spec.irq;
-    e.a_pci = static_cast<uint32_t>(spec.device_id) << 16 | spec.vendor_id;
-    e.a_busid = spec.bus;
-    e.a_devid = spec.device;
-    e.a_pciFunc = spec.function;
+    e.a_mem_hi = static_cast<uint32_t>(cfg.mem_base >> 32);
+    e.a_mem_low = static_cast<uint32_t>(cfg.mem_base);
+    e.a_flash_hi = static_cast<uint32_t>(cfg.flash_base >> 32);
+    e.a_flash_low = static_cast<uint32_t>(cfg.flash_base);
+    e.a_ctlreg_hi = static_cast<uint32_t>(cfg.ctlreg_base >> 32);
+    e.a_ctlreg_low = static_cast<uint32_t>(cfg.ctlreg_base);
+    e.a_intrlvl = cfg.irq;
+    e.a_pci = static_cast<uint32_t>(cfg.device_id) << 16 | cfg.vendor_id;
+    e.a_busid = cfg.bus;
+    e.a_devid = cfg.device;
+    e.a_pciFunc = cfg.function;
     e.a_siglvl = 0;
-    e.a_ddi = spec.instance;
-    put_text(e.a_fwname, spec.firmware);
-    memcpy(e.a_wwpn, spec.wwpn.data(), 8);
+    e.a_ddi = cfg.instance;
+    put_text(e.a_fwname, cfg.firmware);
+    memcpy(e.a_wwpn, cfg.wwpn.data(), 8);
 }
 
-void legacy_board_entry(const BoardSpec &spec, BRDINFO &e)
+void legacy_board_entry(const BoardSpec &cfg, BRDINFO &e)
 {
     KVD_BRDINFO n;
-    board_entry(spec, n);
+    board_entry(cfg, n);
     memset(&e, 0, sizeof e);
     e.a_mem_hi = n.a_mem_hi;
     e.a_mem_low = n.a_mem_low;
@@ -91,30 +91,30 @@ void legacy_board_entry(const BoardSpec &spec, BRDINFO &e)
     memcpy(e.a_fwname, n.a_fwname, sizeof e.a_fwname);
 }
 
-void adapter_attributes(const Fleet &fleet, const BoardSpec &spec, HBA_ADAPTERATTRIBUTES &a)
+void adapter_attributes(const Fleet &fleet, const BoardSpec &cfg, HBA_ADAPTERATTRIBUTES &a)
 {
     memset(&a, 0, sizeof a);
     put_text(a.Manufacturer, fleet.manufacturer);
-    put_text(a.SerialNumber, spec.serial);
-    put_text(a.Model, spec.model);
-    put_text(a.ModelDescription, spec.description);
-    memcpy(a.NodeWWN.wwn, spec.wwnn.data(), 8);
-    put_text(a.NodeSymbolicName, spec.symbolic_name);
-    put_text(a.HardwareVersion, spec.hardware_version);
+    put_text(a.SerialNumber, cfg.serial);
+    put_text(a.Model, cfg.model);
+    put_text(a.ModelDescription, cfg.description);
+    memcpy(a.NodeWWN.wwn, cfg.wwnn.data(), 8);
+    put_text(a.NodeSymbolicName, cfg.symbolic_name);
+    put_text(a.HardwareVersion, cfg.hardware_version);
     put_text(a.DriverVersion, fleet.driver_version);
-    put_text(a.OptionROMVersion, spec.option_rom_version);
-    put_text(a.FirmwareVersion, spec.firmware_version);
-    a.VendorSpecificID = static_cast<uint32_t>(spec.device_id) << 16 | spec.vendor_id;
+    put_text(a.OptionROMVersion, cfg.option_rom_version);
+    put_text(a.FirmwareVersion, cfg.firmware_version);
+    a.VendorSpecificID = static_cast<uint32_t>(cfg.device_id) << 16 | cfg.vendor_id;
     a.NumberOfPorts = 1;
     put_text(a.DriverName, fleet.driver_name);
 }
 
-void local_port_attributes(const Fleet &fleet, const BoardSpec &spec, const LinkStatus &link,
+void local_port_attributes(const Fleet &fleet, const BoardSpec &cfg, const LinkStatus &link,
                            BoardState state, HBA_PORTATTRIBUTES &p)
 {
     memset(&p, 0, sizeof p);
-    memcpy(p.NodeWWN.wwn, spec.wwnn.data(), 8);
-    memcpy(p.PortWWN.wwn, spec.wwpn.data(), 8);
+    memcpy(p.NodeWWN.wwn, cfg.wwnn.data(), 8);
+    memcpy(p.PortWWN.wwn, cfg.wwpn.data(), 8);
     p.PortFcId = link.up ? link.did : 0;
     p.PortType = local_port_type(link);
     p.PortState = state == BoardState::offline ? HBA_PORTSTATE_OFFLINE
@@ -125,29 +125,29 @@ void local_port_attributes(const Fleet &fleet, const BoardSpec &spec, const Link
     set_fc4_type(p.PortSupportedFc4Types, kTypeCt);
     if (link.up)
         p.PortActiveFc4Types = p.PortSupportedFc4Types;
-    put_text(p.PortSymbolicName, spec.model + " FV" + spec.firmware + " DV" + fleet.driver_version +
+    put_text(p.PortSymbolicName, cfg.model + " FV" + cfg.firmware + " DV" + fleet.driver_version +
                                      " HN:" + fleet.hostname + " OS:Linux");
-    std::string dev = "/sys/class/scsi_host/host" + std::to_string(spec.host);
+    std::string dev = "/sys/class/scsi_host/host" + std::to_string(cfg.host);
     memcpy(p.OSDeviceName, dev.data(),
            dev.size() < KVD_OSDEV_TEXT_MAX - 1 ? dev.size() : KVD_OSDEV_TEXT_MAX - 1);
-    put_int(p.OSDeviceName, KVD_OSDEV_NUM0, spec.host);
+    put_int(p.OSDeviceName, KVD_OSDEV_NUM0, cfg.host);
     put_int(p.OSDeviceName, KVD_OSDEV_NUM1, 0);
     put_int(p.OSDeviceName, KVD_OSDEV_NUM2, kLocalPortTarget);
-    put_int(p.OSDeviceName, KVD_OSDEV_HOST, spec.host);
-    p.PortSupportedSpeed = spec.supported_speeds;
+    put_int(p.OSDeviceName, KVD_OSDEV_HOST, cfg.host);
+    p.PortSupportedSpeed = cfg.supported_speeds;
     p.PortSpeed = link.up ? link.speed : HBA_PORTSPEED_UNKNOWN;
-    p.PortMaxFrameSize = spec.max_frame;
+    p.PortMaxFrameSize = cfg.max_frame;
     if (link.up && link.topology == LNK_FABRIC)
-        memcpy(p.FabricName.wwn, spec.fabric_name.data(), 8);
-    p.NumberofDiscoveredPorts = discovered_ports(spec, link);
+        memcpy(p.FabricName.wwn, cfg.fabric_name.data(), 8);
+    p.NumberofDiscoveredPorts = discovered_ports(cfg, link);
 }
 
-uint32_t discovered_ports(const BoardSpec &spec, const LinkStatus &link)
+uint32_t discovered_ports(const BoardSpec &cfg, const LinkStatus &link)
 {
-    return link.up ? static_cast<uint32_t>(spec.remote_ports.size()) : 0;
+    return link.up ? static_cast<uint32_t>(cfg.remote_ports.size()) : 0;
 }
 
-void remote_port_attributes(const BoardSpec &spec, const RemotePort &r, const LinkStatus &link,
+void remote_port_attributes(const BoardSpec &cfg, const RemotePort &r, const LinkStatus &link,
                             HBA_PORTATTRIBUTES &p)
 {
     memset(&p, 0, sizeof p);
@@ -165,16 +165,16 @@ void remote_port_attributes(const BoardSpec &spec, const RemotePort &r, const Li
     if (!r.os_device.empty()) {
         memcpy(p.OSDeviceName, r.os_device.data(),
                r.os_device.size() < KVD_OSDEV_TEXT_MAX - 1 ? r.os_device.size() : KVD_OSDEV_TEXT_MAX - 1);
-        put_int(p.OSDeviceName, KVD_OSDEV_NUM0, spec.host);
+        put_int(p.OSDeviceName, KVD_OSDEV_NUM0, cfg.host);
         put_int(p.OSDeviceName, KVD_OSDEV_NUM1, 0);
         put_int(p.OSDeviceName, KVD_OSDEV_NUM2, r.scsi_target);
-        put_int(p.OSDeviceName, KVD_OSDEV_HOST, spec.host);
+        put_int(p.OSDeviceName, KVD_OSDEV_HOST, cfg.host);
     }
     p.PortSupportedSpeed = HBA_PORTSPEED_UNKNOWN;
     p.PortSpeed = link.up ? link.speed : HBA_PORTSPEED_UNKNOWN;
     p.PortMaxFrameSize = r.max_frame;
     if (link.topology == LNK_FABRIC)
-        memcpy(p.FabricName.wwn, spec.fabric_name.data(), 8);
+        memcpy(p.FabricName.wwn, cfg.fabric_name.data(), 8);
     p.NumberofDiscoveredPorts = 0;
 }
 
@@ -198,7 +198,7 @@ void port_statistics(const PortCounters &c, HBA_PORTSTATISTICS &s)
     s.InvalidCRCCount = static_cast<HBA_INT64>(c.invalid_crc);
 }
 
-void link_info(const BoardSpec &spec, const LinkStatus &link, LINKINFO &l)
+void link_info(const BoardSpec &cfg, const LinkStatus &link, LINKINFO &l)
 {
     memset(&l, 0, sizeof l);
     l.a_linkEventTag = link.event_tag;
@@ -211,11 +211,11 @@ void link_info(const BoardSpec &spec, const LinkStatus &link, LINKINFO &l)
     l.a_alpa = link.alpa;
     l.a_alpaCnt = link.alpa_count;
     memcpy(l.a_alpaMap, link.alpa_map, sizeof l.a_alpaMap);
-    memcpy(l.a_wwpName, spec.wwpn.data(), 8);
-    memcpy(l.a_wwnName, spec.wwnn.data(), 8);
+    memcpy(l.a_wwpName, cfg.wwpn.data(), 8);
+    memcpy(l.a_wwnName, cfg.wwnn.data(), 8);
 }
 
-void driver_info(const Fleet &fleet, const BoardSpec &spec, const LinkStatus &link, KVDDRVINFO &d)
+void driver_info(const Fleet &fleet, const BoardSpec &cfg, const LinkStatus &link, KVDDRVINFO &d)
 {
     const uint8_t version = d.drvInfoVer;
     memset(&d, 0, sizeof d);
@@ -229,12 +229,12 @@ void driver_info(const Fleet &fleet, const BoardSpec &spec, const LinkStatus &li
     put_text(d.ftrDrvVer, fleet.driver_version); // the ioctl side is the same driver
     put_text(d.ftrDrvName, fleet.driver_name);
     d.d_id = link.up ? link.did : 0;
-    memcpy(d.wwpn, spec.wwpn.data(), 8);
-    memcpy(d.wwnn, spec.wwnn.data(), 8);
+    memcpy(d.wwpn, cfg.wwpn.data(), 8);
+    memcpy(d.wwnn, cfg.wwnn.data(), 8);
     put_text(d.hostname, fleet.hostname);
-    d.NPIVsupport = (spec.features & KVD_FTR_NPIV) ? 1 : 0;
-    d.sliMode = static_cast<uint32_t>(spec.sli_mode);
-    d.featureList = spec.features;
+    d.NPIVsupport = (cfg.features & KVD_FTR_NPIV) ? 1 : 0;
+    d.sliMode = static_cast<uint32_t>(cfg.sli_mode);
+    d.featureList = cfg.features;
 }
 
 } // namespace kvdsim

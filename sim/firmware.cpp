@@ -130,13 +130,13 @@ void put_class(uint8_t *c, uint32_t max_frame, uint16_t ee_credit)
 // ---------------------------------------------------------------------------
 // Construction, reset and state
 
-Firmware::Firmware(const BoardSpec &spec) : spec_(spec)
+Firmware::Firmware(const BoardSpec &cfg) : cfg_(cfg)
 {
-    state_ = spec_.online ? BoardState::ready : BoardState::offline;
+    state_ = cfg_.online ? BoardState::ready : BoardState::offline;
     link_.event_tag = kFirstEventTag;
     link_.state = LNK_DOWN;
     reset_defaults();
-    if (spec_.link_up)
+    if (cfg_.link_up)
         link_up_event();
 }
 
@@ -157,7 +157,7 @@ void Firmware::restart()
     if (link_.up)
         link_down_event();
     reset_defaults();
-    if (spec_.link_up)
+    if (cfg_.link_up)
         link_up_event();
 }
 
@@ -173,7 +173,7 @@ void Firmware::set_state(BoardState s)
 
 uint32_t Firmware::ring_count() const
 {
-    return spec_.sli_mode >= 4 ? 0 : kSli3Rings;
+    return cfg_.sli_mode >= 4 ? 0 : kSli3Rings;
 }
 
 // Logins as the driver leaves them after discovery: on a fabric (or a public
@@ -182,12 +182,12 @@ void Firmware::build_logins()
 {
     logins_.clear();
     uint16_t rpi = 0;
-    const bool public_loop = spec_.topology == Topology::loop && (spec_.did & 0xFFFF00) != 0;
-    if (spec_.topology == Topology::fabric || public_loop) {
+    const bool public_loop = cfg_.topology == Topology::loop && (cfg_.did & 0xFFFF00) != 0;
+    if (cfg_.topology == Topology::fabric || public_loop) {
         Login f;
         f.rpi = rpi++;
         f.did = kFabricDid;
-        f.wwpn = f.wwnn = spec_.fabric_name;
+        f.wwpn = f.wwnn = cfg_.fabric_name;
         f.cos = 0xC; // classes 2 and 3
         f.fport = true;
         logins_.push_back(f);
@@ -197,7 +197,7 @@ void Firmware::build_logins()
         ns.fport = false;
         logins_.push_back(ns);
     }
-    for (const RemotePort &rp : spec_.remote_ports) {
+    for (const RemotePort &rp : cfg_.remote_ports) {
         if (logins_.size() >= kMaxRpi)
             break;
         Login l;
@@ -282,14 +282,14 @@ void Firmware::link_up_event()
     link_.up = true;
     link_.up_count++;
     link_.state = LNK_READY;
-    link_.topology = lnk_topology(spec_);
-    link_.did = own_did(spec_);
-    link_.speed = spec_.speed;
+    link_.topology = lnk_topology(cfg_);
+    link_.did = own_did(cfg_);
+    link_.speed = cfg_.speed;
     link_.alpa = 0;
     link_.alpa_count = 0;
     std::memset(link_.alpa_map, 0, sizeof link_.alpa_map);
-    if (spec_.topology == Topology::loop) {
-        const uint8_t own = spec_.alpa != 0 ? spec_.alpa : static_cast<uint8_t>(link_.did);
+    if (cfg_.topology == Topology::loop) {
+        const uint8_t own = cfg_.alpa != 0 ? cfg_.alpa : static_cast<uint8_t>(link_.did);
         link_.alpa = own;
         // LILP form: count first, then the loop's AL_PAs, ours leading.
         uint8_t n = 0;
@@ -302,7 +302,7 @@ void Firmware::link_up_event()
             link_.alpa_map[++n] = a;
         };
         add(own);
-        for (const RemotePort &rp : spec_.remote_ports)
+        for (const RemotePort &rp : cfg_.remote_ports)
             if ((rp.did & 0xFFFF00) == (link_.did & 0xFFFF00))
                 add(static_cast<uint8_t>(rp.did));
         link_.alpa_map[0] = n;
@@ -337,9 +337,9 @@ bool Firmware::topology_allows(uint16_t link_flags) const
 {
     switch (link_flags & 0x3) {
     case FLAGS_TOPOLOGY_MODE_LOOP:
-        return spec_.topology == Topology::loop;
+        return cfg_.topology == Topology::loop;
     case FLAGS_TOPOLOGY_MODE_PT_PT:
-        return spec_.topology != Topology::loop;
+        return cfg_.topology != Topology::loop;
     default:
         return true; // loop then point-to-point, or the reverse
     }
@@ -357,7 +357,7 @@ void Firmware::advance_traffic()
     port_.seconds_since_reset += 5;
     if (!link_.up)
         return;
-    const uint64_t n = spec_.number;
+    const uint64_t n = cfg_.number;
     const uint64_t tx_frames = 40 + 3 * n;
     const uint64_t rx_frames = 56 + 5 * n;
     const uint64_t tx_words = tx_frames * 264;
@@ -425,7 +425,7 @@ int32_t Firmware::issue(uint8_t *record, uint32_t words_in, uint32_t words_out, 
 
 uint16_t Firmware::run(MAILBOX &mb, HostMemory &mem)
 {
-    const bool sli4 = spec_.sli_mode >= 4;
+    const bool sli4 = cfg_.sli_mode >= 4;
     switch (mb.mbxCommand) {
     case MBX_READ_NV:
         return read_nv(mb);
@@ -487,10 +487,10 @@ uint16_t Firmware::run(MAILBOX &mb, HostMemory &mem)
 uint16_t Firmware::read_nv(MAILBOX &mb)
 {
     READ_NV_VAR r{};
-    std::memcpy(r.portname, spec_.wwpn.data(), sizeof r.portname);
-    std::memcpy(r.nodename, spec_.wwnn.data(), sizeof r.nodename);
-    r.pref_DID = spec_.pref_did & 0xFFFFFF;
-    r.hardAL_PA = spec_.hard_alpa;
+    std::memcpy(r.portname, cfg_.wwpn.data(), sizeof r.portname);
+    std::memcpy(r.nodename, cfg_.wwnn.data(), sizeof r.nodename);
+    r.pref_DID = cfg_.pref_did & 0xFFFFFF;
+    r.hardAL_PA = cfg_.hard_alpa;
     store(mb, r);
     return MBXERR_OK;
 }
@@ -501,13 +501,13 @@ uint16_t Firmware::read_nv(MAILBOX &mb)
 // always answers with its own layout over the whole record.
 uint16_t Firmware::read_rev(MAILBOX &mb)
 {
-    const FirmwareRevision &rev = spec_.revision;
-    if (spec_.sli_mode >= 4) {
+    const FirmwareRevision &rev = cfg_.revision;
+    if (cfg_.sli_mode >= 4) {
         const auto in = whole_view<READ_REV_VAR_SLI4>(mb);
         READ_REV_VAR_SLI4 r{};
         std::memcpy(&r, &mb, 4); // header
         r.sli_level = 4;
-        r.fcoe = spec_.protocol == Protocol::fcoe ? 1 : 0;
+        r.fcoe = cfg_.protocol == Protocol::fcoe ? 1 : 0;
         r.vpd = 1;
         r.first_hw_rev = rev.first_hw_rev;
         r.second_hw_rev = rev.second_hw_rev;
@@ -634,7 +634,7 @@ uint16_t Firmware::read_config(MAILBOX &mb)
     r.ci = timers_.ci;
     r.MaxBBC = timers_.max_bbc;
     r.cr_count = timers_.cr_count;
-    r.topology = link_.up ? la_topology(spec_) : 0;
+    r.topology = link_.up ? la_topology(cfg_) : 0;
     r.myDid = link_.did & 0xFFFFFF;
     r.ack0 = timers_.ack0;
     r.edtov = timers_.edtov;
@@ -642,13 +642,13 @@ uint16_t Firmware::read_config(MAILBOX &mb)
     r.ratov = timers_.ratov;
     r.rttov = timers_.rttov;
     r.altov = timers_.altov;
-    r.lmt = spec_.supported_speeds;
+    r.lmt = cfg_.supported_speeds;
     r.max_xri = kMaxXri;
     r.max_iocb = kMaxIocb;
     r.max_rpi = kMaxRpi;
     r.avail_rpi = static_cast<uint16_t>(kMaxRpi - logins_.size());
     r.avail_xri = static_cast<uint16_t>(kMaxXri - exchanges().size());
-    const uint16_t vpis = static_cast<uint16_t>(std::min<uint32_t>(spec_.npiv_max_vports, 0xFFFF));
+    const uint16_t vpis = static_cast<uint16_t>(std::min<uint32_t>(cfg_.npiv_max_vports, 0xFFFF));
     r.max_vpi = vpis;
     r.avail_vpi = vpis;
     store(mb, r);
@@ -689,22 +689,22 @@ uint16_t Firmware::read_rconfig(MAILBOX &mb)
 Firmware::ServiceParams Firmware::own_service_params() const
 {
     ServiceParams sp{};
-    const FirmwareRevision &rev = spec_.revision;
+    const FirmwareRevision &rev = cfg_.revision;
     sp[0] = rev.fcph_high != 0 ? rev.fcph_high : 0x20;
     sp[1] = rev.fcph_low != 0 ? rev.fcph_low : 0x09;
     put_be16(&sp[2], kOwnBbCredit);
     put_be16(&sp[4], kFeatCiro | kFeatVendorValid);
-    put_be16(&sp[6], static_cast<uint16_t>(spec_.max_frame & 0x0FFF));
+    put_be16(&sp[6], static_cast<uint16_t>(cfg_.max_frame & 0x0FFF));
     put_be32(&sp[8], timers_.ratov);
     put_be32(&sp[12], timers_.edtov);
-    std::memcpy(&sp[16], spec_.wwpn.data(), 8);
-    std::memcpy(&sp[24], spec_.wwnn.data(), 8);
-    put_class(&sp[64], spec_.max_frame, 0); // class 3 only
+    std::memcpy(&sp[16], cfg_.wwpn.data(), 8);
+    std::memcpy(&sp[24], cfg_.wwnn.data(), 8);
+    put_class(&sp[64], cfg_.max_frame, 0); // class 3 only
     // Vendor version level: the maker's OUI, then the running firmware.
     sp[97] = 0x06;
     sp[98] = 0x4b;
     sp[99] = 0x51;
-    put_be32(&sp[100], spec_.sli_mode >= 4 ? rev.arm_fw_id_rev : rev.op_fw_rev);
+    put_be32(&sp[100], cfg_.sli_mode >= 4 ? rev.arm_fw_id_rev : rev.op_fw_rev);
     return sp;
 }
 
@@ -853,7 +853,7 @@ uint16_t Firmware::unreg_login(MAILBOX &mb)
 uint16_t Firmware::read_la(MAILBOX &mb, HostMemory &mem)
 {
     auto r = view<READ_LA_VAR>(mb);
-    const bool loop = spec_.topology == Topology::loop;
+    const bool loop = cfg_.topology == Topology::loop;
     if (link_.up && loop && r.lilpBde.bdeSize != 0) {
         const uint32_t need = link_.alpa_count + 1u;
         if (r.lilpBde.bdeSize < need)
@@ -866,7 +866,7 @@ uint16_t Firmware::read_la(MAILBOX &mb, HostMemory &mem)
     r.attType = link_.up ? AT_LINK_UP : AT_LINK_DOWN;
     r.il = 0;
     r.pb = 0;
-    r.topology = la_topology(spec_);
+    r.topology = la_topology(cfg_);
     r.lipType = link_.up && loop ? 0xF7 : 0; // LIP(F7,F7): loop initialisation
     r.lipAlPs = link_.up && loop ? 0xF7 : 0;
     r.granted_AL_PA = link_.up ? link_.alpa : 0;
@@ -906,11 +906,11 @@ uint16_t Firmware::read_port_cap(MAILBOX &mb)
 {
     PORT_CAP_VAR r{};
     std::memcpy(&r, &mb, 4); // header
-    r.port_type = spec_.protocol == Protocol::fcoe ? 1 : 0;
-    r.media = spec_.protocol == Protocol::fcoe ? 2 : 1;
-    r.speeds_supported = spec_.supported_speeds;
-    r.speeds_configured = spec_.supported_speeds;
-    r.max_frame_size = spec_.max_frame;
+    r.port_type = cfg_.protocol == Protocol::fcoe ? 1 : 0;
+    r.media = cfg_.protocol == Protocol::fcoe ? 2 : 1;
+    r.speeds_supported = cfg_.supported_speeds;
+    r.speeds_configured = cfg_.supported_speeds;
+    r.max_frame_size = cfg_.max_frame;
     r.bb_credit = kOwnBbCredit;
     whole_store(mb, r);
     return MBXERR_OK;

@@ -65,7 +65,7 @@ enum class BoardState { ready, offline, resetting };
 class Firmware
 {
   public:
-    explicit Firmware(const BoardSpec &spec);
+    explicit Firmware(const BoardSpec &cfg);
 
     // Runs one mailbox command. `record` holds at least `words_in` and
     // `words_out` 32-bit words (at most 64 each are used). The command is
@@ -85,9 +85,9 @@ class Firmware
     // stored configuration returns to its defaults.
     void restart();
 
-    const BoardSpec &spec() const
+    const BoardSpec &cfg() const
     {
-        return spec_;
+        return cfg_;
     }
 
     // Link timers as CONFIG_LINK stores them (milliseconds).
@@ -178,7 +178,7 @@ class Firmware
     uint16_t write_service_params(const ServiceParams &sp, uint64_t address, uint32_t size,
                                   HostMemory &mem) const;
 
-    BoardSpec spec_;
+    BoardSpec cfg_;
     BoardState state_ = BoardState::ready;
     LinkStatus link_;
     PortCounters port_;

@@ -84,18 +84,18 @@ void Library::load()
     fleet_ = std::move(*f);
     uint32_t mask = 0;
     try {
-        for (const BoardSpec &spec : fleet_.boards) {
-            Board &b = boards_[spec.number];
-            b.spec = &spec;
-            b.fw = std::make_unique<Firmware>(spec);
-            if (!spec.online)
+        for (const BoardSpec &cfg : fleet_.boards) {
+            Board &b = boards_[cfg.number];
+            b.cfg = &cfg;
+            b.fw = std::make_unique<Firmware>(cfg);
+            if (!cfg.online)
                 b.fw->set_state(BoardState::offline);
-            mask |= 1u << spec.number;
+            mask |= 1u << cfg.number;
         }
     } catch (const std::exception &e) {
         fprintf(stderr, "libkvd: cannot start the boards' firmware: %s\n", e.what());
         for (Board &b : boards_) {
-            b.spec = nullptr;
+            b.cfg = nullptr;
             b.fw.reset();
         }
         fleet_.boards.clear();
@@ -106,7 +106,7 @@ void Library::load()
 
 Board *Library::board(uint32_t number)
 {
-    if (number >= 32 || !boards_[number].spec)
+    if (number >= 32 || !boards_[number].cfg)
         return nullptr;
     return &boards_[number];
 }

@@ -22,7 +22,7 @@ namespace kvdsim
 {
 
 struct Board {
-    const BoardSpec *spec = nullptr;
+    const BoardSpec *cfg = nullptr;
     std::unique_ptr<Firmware> fw;
 };
 

@@ -102,15 +102,21 @@ void TraceLine::put_u(uint64_t v, bool as_hex)
         put_char(tmp[--n]);
 }
 
-TraceLine &TraceLine::arg(const char *key, uint64_t value)
+// ", key=" (no comma before the first argument).
+void TraceLine::put_key(const char *key)
 {
-    if (!on_)
-        return *this;
     if (!first_arg_)
         put(", ");
     first_arg_ = false;
     put(key);
     put_char('=');
+}
+
+TraceLine &TraceLine::arg(const char *key, uint64_t value)
+{
+    if (!on_)
+        return *this;
+    put_key(key);
     put_u(value, false);
     return *this;
 }
@@ -119,11 +125,7 @@ TraceLine &TraceLine::arg_hex(const char *key, uint64_t value)
 {
     if (!on_)
         return *this;
-    if (!first_arg_)
-        put(", ");
-    first_arg_ = false;
-    put(key);
-    put_char('=');
+    put_key(key);
     put_u(value, true);
     return *this;
 }
@@ -132,11 +134,7 @@ TraceLine &TraceLine::arg_wwn(const char *key, const uint8_t wwn[8])
 {
     if (!on_)
         return *this;
-    if (!first_arg_)
-        put(", ");
-    first_arg_ = false;
-    put(key);
-    put_char('=');
+    put_key(key);
     for (int i = 0; i < 8; ++i) {
         if (i)
             put_char(':');
@@ -150,11 +148,8 @@ TraceLine &TraceLine::arg_ptr(const char *key, const void *p)
 {
     if (!on_ || p)
         return *this;
-    if (!first_arg_)
-        put(", ");
-    first_arg_ = false;
-    put(key);
-    put("=null");
+    put_key(key);
+    put("null");
     return *this;
 }
 

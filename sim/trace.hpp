@@ -48,6 +48,7 @@ class TraceLine
     void put(const char *s);
     void put_char(char c);
     void put_u(uint64_t v, bool as_hex);
+    void put_key(const char *key);
 
     char *buf_;
     size_t cap_;

@@ -266,6 +266,15 @@ counts as a record that came back.
   biuRev:0 smRev:0x0 smFmRev:0 endecRev:0x0 fcpHigh:0 fcpLow:0
   $ KVD_SIM_FAULT=KVD_IssueMboxWithRetry=1 kvd -c 'mbox rdsparm' | head -1
   Command: 0xd  Status: 0x0
+A board the driver holds offline keeps its firmware busy: every retry fails,
+and the record comes back as the firmware left it, not finished.
+
+  $ KVD_SIM_FLEET=$KVD_FLEETS/offline.json kvd -c 'mbox rdrev'
+  Command: 0x11  Status: 0xff
+  biuRev:0 smRev:0x0 smFmRev:0 endecRev:0x0 fcpHigh:0 fcpLow:0
+  $ grep '^KVD_IssueMboxWithRetry(' trace | tail -1 | grep -o ') = [0-9]*'
+  ) = 1
+
   $ KVD_SIM_FAULT=KVD_IssueMboxWithRetryV2=19 kvd -c 'mbox readnv2'
   IssueMbox error 19
   $ KVD_SIM_FAULT=KVD_IssueMboxWithRetryV2=19 kvd -c 'mbox rdrev2'
