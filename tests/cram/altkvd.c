@@ -1,5 +1,8 @@
 /* A stand-in libkvd.so.3 with one board and its own version text, used to
- * show that kvd binds to whichever libkvd.so.3 the loader finds first. */
+ * show that kvd binds to whichever libkvd.so.3 the loader finds first.
+ * It offers only the calls the start-up and getversions make: kvd binds
+ * functions lazily, so the others are never looked up. (Taking the address
+ * of a library operation in the shell would need it at load time.) */
 #include <string.h>
 
 #include "libkvd.h"
