@@ -3,7 +3,7 @@ released first, and the exit status is 1.
 
   $ export KVD_SIM_TRACE=$PWD/trace
   $ for sig in TERM INT QUIT; do
-  >   : > trace
+  >   : > trace; : > out
   >   kvd < /dev/null > out 2>&1 &
   >   pid=$!
   >   for i in $(seq 400); do grep -q 'cmd> ' out && break; sleep 0.05; done
