@@ -83,7 +83,8 @@ KVD_HANDLER(tvologcfg)
         printf("Unable to allocate response buffer memory.\n");
         return KVD_OK;
     }
-    if (tvo_get(TARVO_CMD_GET_CONFIG, 0, cfg, sizeof(tarvo_get_config_rsp_t), sizeof(tarvo_get_config_rsp_t))) {
+    if (tvo_get(TARVO_CMD_GET_CONFIG, 0, cfg, sizeof(tarvo_get_config_rsp_t),
+                sizeof(tarvo_get_config_rsp_t))) {
         free(cfg);
         return KVD_OK;
     }
@@ -214,10 +215,10 @@ KVD_HANDLER(tvopaniclog)
     size = want <= TVO_RSP_ALLOC_MAX ? (uint32_t)want : 0;
     // The fixed part is always held, so that it reads as zero when the
     // ASIC offers less.
-    data = size ? static_cast<uint8_t *>(calloc(1, size < sizeof(tarvo_panic_log_data_rsp_t)
-                                                       ? sizeof(tarvo_panic_log_data_rsp_t)
-                                                       : size))
-                : NULL;
+    data =
+        size ? static_cast<uint8_t *>(calloc(
+                   1, size < sizeof(tarvo_panic_log_data_rsp_t) ? sizeof(tarvo_panic_log_data_rsp_t) : size))
+             : NULL;
     if (!data) {
         printf("Tarvo no-mem error. \n");
         return KVD_OK;

@@ -15,22 +15,40 @@ struct tvo_field {
     int count; // consecutive 64-bit counters, printed one a line
 };
 
-#define TVO_U64(type, f) {#f, offsetof(type, f), 1}
-#define TVO_ARR(type, f) {#f, offsetof(type, f), TARVO_NUM_PRIORITIES}
+#define TVO_U64(type, f)                                                                                     \
+    {                                                                                                        \
+#f, offsetof(type, f), 1                                                                             \
+    }
+#define TVO_ARR(type, f)                                                                                     \
+    {                                                                                                        \
+#f, offsetof(type, f), TARVO_NUM_PRIORITIES                                                          \
+    }
 
 static const tvo_field tvo_fc_fields[] = {
-    TVO_U64(tarvo_fc_stats_rsp_t, tx_frames),         TVO_U64(tarvo_fc_stats_rsp_t, rx_frames),
-    TVO_U64(tarvo_fc_stats_rsp_t, tx_words),          TVO_U64(tarvo_fc_stats_rsp_t, rx_words),
-    TVO_U64(tarvo_fc_stats_rsp_t, tx_discards),       TVO_U64(tarvo_fc_stats_rsp_t, rx_discards),
-    TVO_U64(tarvo_fc_stats_rsp_t, crc_errors),        TVO_U64(tarvo_fc_stats_rsp_t, encoding_errors),
-    TVO_U64(tarvo_fc_stats_rsp_t, invalid_tx_words),  TVO_U64(tarvo_fc_stats_rsp_t, link_failures),
-    TVO_U64(tarvo_fc_stats_rsp_t, loss_of_sync),      TVO_U64(tarvo_fc_stats_rsp_t, loss_of_signal),
-    TVO_U64(tarvo_fc_stats_rsp_t, primitive_seq_errors), TVO_U64(tarvo_fc_stats_rsp_t, bb_credit_zero_tx),
-    TVO_U64(tarvo_fc_stats_rsp_t, bb_credit_zero_rx), TVO_U64(tarvo_fc_stats_rsp_t, rx_r_rdy),
-    TVO_U64(tarvo_fc_stats_rsp_t, tx_r_rdy),          TVO_U64(tarvo_fc_stats_rsp_t, fcoe_encap_frames),
-    TVO_U64(tarvo_fc_stats_rsp_t, fcoe_decap_frames), TVO_U64(tarvo_fc_stats_rsp_t, fcoe_encap_errors),
-    TVO_U64(tarvo_fc_stats_rsp_t, fcoe_decap_errors), TVO_U64(tarvo_fc_stats_rsp_t, rx_truncated_frames),
-    TVO_U64(tarvo_fc_stats_rsp_t, rx_too_long_frames), TVO_U64(tarvo_fc_stats_rsp_t, link_resets),
+    TVO_U64(tarvo_fc_stats_rsp_t, tx_frames),
+    TVO_U64(tarvo_fc_stats_rsp_t, rx_frames),
+    TVO_U64(tarvo_fc_stats_rsp_t, tx_words),
+    TVO_U64(tarvo_fc_stats_rsp_t, rx_words),
+    TVO_U64(tarvo_fc_stats_rsp_t, tx_discards),
+    TVO_U64(tarvo_fc_stats_rsp_t, rx_discards),
+    TVO_U64(tarvo_fc_stats_rsp_t, crc_errors),
+    TVO_U64(tarvo_fc_stats_rsp_t, encoding_errors),
+    TVO_U64(tarvo_fc_stats_rsp_t, invalid_tx_words),
+    TVO_U64(tarvo_fc_stats_rsp_t, link_failures),
+    TVO_U64(tarvo_fc_stats_rsp_t, loss_of_sync),
+    TVO_U64(tarvo_fc_stats_rsp_t, loss_of_signal),
+    TVO_U64(tarvo_fc_stats_rsp_t, primitive_seq_errors),
+    TVO_U64(tarvo_fc_stats_rsp_t, bb_credit_zero_tx),
+    TVO_U64(tarvo_fc_stats_rsp_t, bb_credit_zero_rx),
+    TVO_U64(tarvo_fc_stats_rsp_t, rx_r_rdy),
+    TVO_U64(tarvo_fc_stats_rsp_t, tx_r_rdy),
+    TVO_U64(tarvo_fc_stats_rsp_t, fcoe_encap_frames),
+    TVO_U64(tarvo_fc_stats_rsp_t, fcoe_decap_frames),
+    TVO_U64(tarvo_fc_stats_rsp_t, fcoe_encap_errors),
+    TVO_U64(tarvo_fc_stats_rsp_t, fcoe_decap_errors),
+    TVO_U64(tarvo_fc_stats_rsp_t, rx_truncated_frames),
+    TVO_U64(tarvo_fc_stats_rsp_t, rx_too_long_frames),
+    TVO_U64(tarvo_fc_stats_rsp_t, link_resets),
 };
 
 #define TVO_NET(f) TVO_U64(tarvo_network_stats_rsp_t, f)
@@ -82,14 +100,29 @@ static const tvo_field tvo_lif_fields[] = {
 
 #define TVO_ASIC(f) TVO_U64(tarvo_asic_stats_rsp_t, f)
 static const tvo_field tvo_asic_fields[] = {
-    TVO_ASIC(commands),          TVO_ASIC(command_errors),     TVO_ASIC(fw_downloads),
-    TVO_ASIC(resets),            TVO_ASIC(panics),             TVO_ASIC(ecc_corrected),
-    TVO_ASIC(ecc_uncorrected),   TVO_ASIC(parity_errors),      TVO_ASIC(pcie_tx_tlps),
-    TVO_ASIC(pcie_rx_tlps),      TVO_ASIC(pcie_errors),        TVO_ASIC(dma_reads),
-    TVO_ASIC(dma_writes),        TVO_ASIC(ftable_hits),        TVO_ASIC(ftable_misses),
-    TVO_ASIC(ftable_inserts),    TVO_ASIC(ftable_deletes),     TVO_ASIC(fip_solicitations),
-    TVO_ASIC(fip_advertisements), TVO_ASIC(fip_keepalives),    TVO_ASIC(vlink_creates),
-    TVO_ASIC(vlink_deletes),     TVO_ASIC(log_entries),
+    TVO_ASIC(commands),
+    TVO_ASIC(command_errors),
+    TVO_ASIC(fw_downloads),
+    TVO_ASIC(resets),
+    TVO_ASIC(panics),
+    TVO_ASIC(ecc_corrected),
+    TVO_ASIC(ecc_uncorrected),
+    TVO_ASIC(parity_errors),
+    TVO_ASIC(pcie_tx_tlps),
+    TVO_ASIC(pcie_rx_tlps),
+    TVO_ASIC(pcie_errors),
+    TVO_ASIC(dma_reads),
+    TVO_ASIC(dma_writes),
+    TVO_ASIC(ftable_hits),
+    TVO_ASIC(ftable_misses),
+    TVO_ASIC(ftable_inserts),
+    TVO_ASIC(ftable_deletes),
+    TVO_ASIC(fip_solicitations),
+    TVO_ASIC(fip_advertisements),
+    TVO_ASIC(fip_keepalives),
+    TVO_ASIC(vlink_creates),
+    TVO_ASIC(vlink_deletes),
+    TVO_ASIC(log_entries),
 };
 
 // Per-port rows of eight priorities.

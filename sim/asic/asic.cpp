@@ -1,8 +1,10 @@
-#include "asic.hpp"
+#include "asic/asic.hpp"
 
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
+
+#include "core/fault.hpp"
 
 namespace kvdsim
 {
@@ -44,8 +46,8 @@ struct Asic::Exchange {
 namespace
 {
 
-constexpr uint32_t kRomEnd = 0x10;         // identity words, read-only
-constexpr uint32_t kChipId = 0x56524154;    // "TARV"
+constexpr uint32_t kRomEnd = 0x10;       // identity words, read-only
+constexpr uint32_t kChipId = 0x56524154; // "TARV"
 constexpr uint32_t kImageMin = sizeof(tarvo_image_hdr_t) + sizeof(tarvo_version_hdr_t);
 constexpr uint32_t kPanicFixed = offsetof(tarvo_panic_log_data_rsp_t, data) - 4;
 constexpr uint16_t kPanicEntries = 8;
@@ -89,67 +91,60 @@ void put_be16(uint8_t *p, uint16_t v)
     p[1] = static_cast<uint8_t>(v);
 }
 
-constexpr Asic::Row kRows[] = {
-    {TARVO_CMD_INIT, "INIT", sizeof(tarvo_init_cmd_t), sizeof(tarvo_init_rsp_t), nullptr},
-    {TARVO_CMD_FW_DOWNLOAD, "FW_DOWNLOAD", sizeof(tarvo_fw_download_cmd_t), 4, nullptr},
-    {TARVO_CMD_READ_MEM, "READ_MEM", sizeof(tarvo_memory_cmd_t), 4, nullptr},
-    {TARVO_CMD_WRITE_MEM, "WRITE_MEM", sizeof(tarvo_memory_cmd_t) + 4, 4, nullptr},
-    {TARVO_CMD_GET_INIT, "GET_INIT", sizeof(tarvo_get_cmd_t), sizeof(tarvo_init_rsp_t), nullptr},
-    {TARVO_CMD_GET_CONFIG, "GET_CONFIG", sizeof(tarvo_get_cmd_t), sizeof(tarvo_get_config_rsp_t), nullptr},
-    {TARVO_CMD_GET_PORT_STATS, "GET_PORT_STATS", sizeof(tarvo_get_cmd_t), sizeof(tarvo_fc_stats_rsp_t), nullptr},
-    {TARVO_CMD_GET_LIF_STATS, "GET_LIF_STATS", sizeof(tarvo_get_cmd_t), sizeof(tarvo_lif_stats_rsp_t), nullptr},
-    {TARVO_CMD_GET_ASIC_STATS, "GET_ASIC_STATS", sizeof(tarvo_get_cmd_t), sizeof(tarvo_asic_stats_rsp_t),
-     nullptr},
-    {TARVO_CMD_GET_LOG_CONFIG, "GET_LOG_CONFIG", sizeof(tarvo_get_cmd_t), 8, nullptr},
-    {TARVO_CMD_GET_LOG_DATA, "GET_LOG_DATA", sizeof(tarvo_get_cmd_t), 8, nullptr},
-    {TARVO_CMD_GET_PANIC_LOG, "GET_PANIC_LOG", sizeof(tarvo_get_cmd_t), kPanicFixed + 4, nullptr},
-    {TARVO_CMD_GET_SFP, "GET_SFP", sizeof(tarvo_get_cmd_t), sizeof(tarvo_sfp_rsp_t), nullptr},
-    {TARVO_CMD_SET_FRU, "SET_FRU", sizeof(tarvo_set_fru_data_cmd_t), 4, nullptr},
-    {TARVO_CMD_GET_FRU, "GET_FRU", sizeof(tarvo_get_cmd_t), sizeof(tarvo_fru_data_rsp_t), nullptr},
-    {TARVO_CMD_SET_FCOE_FMT, "SET_FCOE_FMT", sizeof(tarvo_set_cmd_t), 4, nullptr},
-    {TARVO_CMD_PANIC, "PANIC", 4, 4, nullptr},
-    {TARVO_CMD_RESET, "RESET", sizeof(tarvo_reset_cmd_t), 4, nullptr},
-    {TARVO_CMD_MAINT_MODE, "MAINT_MODE", sizeof(tarvo_set_cmd_t), 4, nullptr},
-};
-
-constexpr bool codes_unique()
-{
-    constexpr size_t n = sizeof kRows / sizeof kRows[0];
-    for (size_t i = 0; i < n; ++i)
-        for (size_t j = i + 1; j < n; ++j)
-            if (kRows[i].code == kRows[j].code)
-                return false;
-    return true;
-}
-static_assert(codes_unique(), "ASIC command codes are unique");
-
 } // namespace
 
-std::span<const Asic::Row> Asic::rows()
+// The ASIC's commands. Forwarding-table, loopback, diagnostics, FCoE/FIP,
+// access-list, virtual-link and DCB commands are not offered by this
+// firmware: their codes, like any unknown code, complete with
+// kAsicInvalidCommand.
+//
+// min_in: bytes of command record the command reads; min_out: bytes of
+// room its reply needs at least (replies whose size depends on the ASIC's
+// state check the rest themselves). All levels: the ASIC does not depend on
+// the controller's SLI level.
+struct AsicCommands {
+    static constexpr Asic::Row table[] = {
+        {TARVO_CMD_INIT, "INIT", kSliAll, sizeof(tarvo_init_cmd_t), sizeof(tarvo_init_rsp_t), &Asic::init},
+        {TARVO_CMD_FW_DOWNLOAD, "FW_DOWNLOAD", kSliAll, sizeof(tarvo_fw_download_cmd_t), 4, &Asic::download},
+        {TARVO_CMD_READ_MEM, "READ_MEM", kSliAll, sizeof(tarvo_memory_cmd_t), 4, &Asic::read_mem},
+        {TARVO_CMD_WRITE_MEM, "WRITE_MEM", kSliAll, sizeof(tarvo_memory_cmd_t) + 4, 4, &Asic::write_mem},
+        {TARVO_CMD_GET_INIT, "GET_INIT", kSliAll, sizeof(tarvo_get_cmd_t), sizeof(tarvo_init_rsp_t),
+         &Asic::get_init},
+        {TARVO_CMD_GET_CONFIG, "GET_CONFIG", kSliAll, sizeof(tarvo_get_cmd_t), sizeof(tarvo_get_config_rsp_t),
+         &Asic::get_config},
+        {TARVO_CMD_GET_PORT_STATS, "GET_PORT_STATS", kSliAll, sizeof(tarvo_get_cmd_t),
+         sizeof(tarvo_fc_stats_rsp_t), &Asic::port_stats},
+        {TARVO_CMD_GET_LIF_STATS, "GET_LIF_STATS", kSliAll, sizeof(tarvo_get_cmd_t),
+         sizeof(tarvo_lif_stats_rsp_t), &Asic::lif_stats},
+        {TARVO_CMD_GET_ASIC_STATS, "GET_ASIC_STATS", kSliAll, sizeof(tarvo_get_cmd_t),
+         sizeof(tarvo_asic_stats_rsp_t), &Asic::asic_stats},
+        {TARVO_CMD_GET_LOG_CONFIG, "GET_LOG_CONFIG", kSliAll, sizeof(tarvo_get_cmd_t), 8, &Asic::log_config},
+        {TARVO_CMD_GET_LOG_DATA, "GET_LOG_DATA", kSliAll, sizeof(tarvo_get_cmd_t), 8, &Asic::log_data},
+        {TARVO_CMD_GET_PANIC_LOG, "GET_PANIC_LOG", kSliAll, sizeof(tarvo_get_cmd_t), kPanicFixed + 4,
+         &Asic::panic_log},
+        {TARVO_CMD_GET_SFP, "GET_SFP", kSliAll, sizeof(tarvo_get_cmd_t), sizeof(tarvo_sfp_rsp_t),
+         &Asic::get_sfp},
+        {TARVO_CMD_SET_FRU, "SET_FRU", kSliAll, sizeof(tarvo_set_fru_data_cmd_t), 4, &Asic::set_fru},
+        {TARVO_CMD_GET_FRU, "GET_FRU", kSliAll, sizeof(tarvo_get_cmd_t), sizeof(tarvo_fru_data_rsp_t),
+         &Asic::get_fru},
+        {TARVO_CMD_SET_FCOE_FMT, "SET_FCOE_FMT", kSliAll, sizeof(tarvo_set_cmd_t), 4, &Asic::set_fcoe_fmt},
+        {TARVO_CMD_PANIC, "PANIC", kSliAll, 4, 4, &Asic::panic},
+        {TARVO_CMD_RESET, "RESET", kSliAll, sizeof(tarvo_reset_cmd_t), 4, &Asic::reset},
+        {TARVO_CMD_MAINT_MODE, "MAINT_MODE", kSliAll, sizeof(tarvo_set_cmd_t), 4, &Asic::maint_mode},
+    };
+};
+static_assert(unique_codes(AsicCommands::table), "two ASIC commands share a code");
+static_assert(unique_names(AsicCommands::table), "two ASIC commands share a name");
+
+std::span<const RowInfo> Asic::commands()
 {
-    static const auto table = [] {
-        std::array<Row, sizeof kRows / sizeof kRows[0]> t{};
-        const Handler h[] = {&Asic::init,       &Asic::download,    &Asic::read_mem,   &Asic::write_mem,
-                             &Asic::get_init,   &Asic::get_config,  &Asic::port_stats, &Asic::lif_stats,
-                             &Asic::asic_stats, &Asic::log_config,  &Asic::log_data,   &Asic::panic_log,
-                             &Asic::get_sfp,    &Asic::set_fru,     &Asic::get_fru,    &Asic::set_fcoe_fmt,
-                             &Asic::panic,      &Asic::reset,       &Asic::maint_mode};
-        static_assert(sizeof h / sizeof h[0] == sizeof kRows / sizeof kRows[0], "one handler a row");
-        for (size_t i = 0; i < t.size(); ++i) {
-            t[i] = kRows[i];
-            t[i].handler = h[i];
-        }
-        return t;
-    }();
-    return table;
+    static constexpr auto infos = row_infos(AsicCommands::table);
+    return infos;
 }
 
 const Asic::Row *Asic::find(uint32_t code)
 {
-    for (const Row &r : rows())
-        if (r.code == code)
-            return &r;
-    return nullptr;
+    return find_row(AsicCommands::table, code);
 }
 
 std::vector<AsicLogSpec> AsicSpec::default_logs()
@@ -220,7 +215,8 @@ std::vector<std::string> Asic::log_entries(uint16_t id) const
     uint16_t oldest = l.count < l.capacity ? 0 : static_cast<uint16_t>((l.head + 1) % l.capacity);
     for (uint16_t i = 0; i < l.count; ++i) {
         const uint8_t *p = l.slots.data() + static_cast<size_t>((oldest + i) % l.capacity) * l.entry_size;
-        out.emplace_back(reinterpret_cast<const char *>(p), strnlen(reinterpret_cast<const char *>(p), l.entry_size));
+        out.emplace_back(reinterpret_cast<const char *>(p),
+                         strnlen(reinterpret_cast<const char *>(p), l.entry_size));
     }
     return out;
 }
@@ -237,8 +233,7 @@ void Asic::take_panic(uint32_t type)
         panic_.gp[i] = i == 0 ? 0 : 0x80010000u + i * 0x40u + static_cast<uint32_t>(ticks_ & 0xff);
     panic_.entries = log_entries(0);
     if (panic_.entries.size() > kPanicEntries - 1)
-        panic_.entries.erase(panic_.entries.begin(),
-                             panic_.entries.end() - (kPanicEntries - 1));
+        panic_.entries.erase(panic_.entries.begin(), panic_.entries.end() - (kPanicEntries - 1));
     panic_.entries.push_back(type == 1 ? "panic: solicited by host" : "panic: exception in fcoe task");
     ++panics_;
     reset_by_panic_ = true;
@@ -287,15 +282,19 @@ void Asic::build_sfp(const AsicSpec &spec)
 }
 
 uint32_t Asic::exchange(std::span<const uint8_t> cmd, std::span<uint8_t> rsp, uint32_t &delivered,
-                        const uint32_t *forced)
+                        int32_t board, AsicNote *note)
 {
     delivered = 0;
-    if (cmd.size() < 4 || rsp.size() < 4)
-        return cmd.size() < 4 ? TARVO_ERR_GENERAL : TARVO_ERR_RSP_OVERRUN;
+    if (cmd.size() < 4)
+        return TARVO_ERR_GENERAL;
+    if (rsp.size() < 4)
+        return TARVO_ERR_RSP_OVERRUN;
     ++ticks_;
     ++commands_;
     const uint32_t code = get_word(cmd, 0);
     const Row *row = find(code);
+    if (note)
+        note->name = row ? row->name : nullptr;
 
     // Get commands say how much room they offer; the ASIC answers within
     // both that and the buffer itself.
@@ -308,8 +307,10 @@ uint32_t Asic::exchange(std::span<const uint8_t> cmd, std::span<uint8_t> rsp, ui
 
     Exchange x{cmd, out};
     uint32_t status;
-    if (forced) {
-        status = *forced;
+    if (auto hit = library_faults().match_command("asic", code, row ? row->name : nullptr, board)) {
+        status = static_cast<uint32_t>(hit->result);
+        if (note)
+            note->rule = hit->rule;
     } else if (!row) {
         status = kAsicInvalidCommand;
     } else if (cmd.size() < row->min_in) {
@@ -317,7 +318,7 @@ uint32_t Asic::exchange(std::span<const uint8_t> cmd, std::span<uint8_t> rsp, ui
     } else if (out.size() < row->min_out) {
         return TARVO_ERR_RSP_OVERRUN;
     } else {
-        memset(out.data(), 0, std::min<size_t>(out.size(), row->min_out));
+        memset(out.data(), 0, row->min_out);
         status = (this->*(row->handler))(x);
         if (x.overrun)
             return TARVO_ERR_RSP_OVERRUN;

@@ -10,43 +10,19 @@
 #include <string>
 #include <vector>
 
+#include "asic/asic_spec.hpp"
+#include "core/engine.hpp"
 #include "kvd_tarvo.h"
 
 namespace kvdsim
 {
 
-// One named log of the ASIC: a ring of fixed-size text entries.
-struct AsicLogSpec {
-    std::string name;          // at most 19 characters
-    uint16_t capacity = 8;     // entries kept
-    uint16_t entry_size = 48;  // bytes per entry, NUL included
-    std::vector<std::string> entries; // present at power-on, oldest first
-};
-
-// What a board's ASIC is at power-on (the fleet's "asic" object).
-struct AsicSpec {
-    uint32_t fw_version = 0x02010400;
-    uint32_t fw_type = TARVO_FW_TYPE_OPERATIONAL;
-    bool maintenance = false;
-    bool panicked = false; // came up after a firmware exception
-    bool link_up = true;   // the management path between controller and ASIC
-    uint32_t bb_credit = 16;
-    uint32_t frame_size = 2112;
-    // Port MAC addresses, in the order they are written ("00:0a:...").
-    std::array<uint8_t, 6> mac0{0x0a, 0x3c, 0x55, 0x00, 0x20, 0x00};
-    std::array<uint8_t, 6> mac1{0x0a, 0x3c, 0x55, 0x00, 0x20, 0x01};
-    uint32_t channels = 2;
-    bool fru_valid = true;
-    uint32_t fcoe_format = FC0E_FRAME_FORMAT_P0;
-    // Optical module identity (SFF-8472 page A0).
-    std::string sfp_vendor = "MARROWLIGHT";
-    std::string sfp_part = "MLT-SR10-85";
-    std::string sfp_serial = "MLT2611A0471";
-    std::string sfp_date = "260311";
-    uint32_t memory_size = 0x10000; // bytes of ASIC memory from address 0
-    std::vector<AsicLogSpec> logs = default_logs();
-
-    static std::vector<AsicLogSpec> default_logs();
+// What the library's trace line tells of a command: its row name (null for
+// a code the ASIC does not know) and the fault rule that answered it (0:
+// none).
+struct AsicNote {
+    const char *name = nullptr;
+    int rule = 0;
 };
 
 // ASIC completion statuses (the response's code word).
@@ -64,26 +40,21 @@ class Asic
   public:
     explicit Asic(const AsicSpec &spec);
 
-    // One command exchange. `cmd` is the command record as sent, `rsp` the
-    // response buffer offered. Returns the transport status: 0 when the
-    // exchange completed (the response's code word then holds the ASIC's
-    // status and `delivered` the bytes written), TARVO_ERR_RSP_OVERRUN when
-    // the response does not fit, TARVO_ERR_GENERAL for a record too short
-    // to carry a code. `forced` (when non-null) is a status the command is
-    // completed with instead of being run.
+    // One command exchange on board `board`. `cmd` is the command record
+    // as sent, `rsp` the response buffer offered. Returns the transport
+    // status: 0 when the exchange completed (the response's code word then
+    // holds the ASIC's status and `delivered` the bytes written),
+    // TARVO_ERR_RSP_OVERRUN when the response does not fit,
+    // TARVO_ERR_GENERAL for a record too short to carry a code. A fault
+    // rule "asic:CODE" or "asic:NAME" completes the command with its result
+    // as the ASIC's status instead of running it.
     uint32_t exchange(std::span<const uint8_t> cmd, std::span<uint8_t> rsp, uint32_t &delivered,
-                      const uint32_t *forced = nullptr);
+                      int32_t board = -1, AsicNote *note = nullptr);
 
     struct Exchange;
-    using Handler = uint32_t (Asic::*)(Exchange &);
-    struct Row {
-        uint32_t code;
-        const char *name;
-        uint32_t min_in;  // bytes of command record
-        uint32_t min_out; // bytes of response at least
-        Handler handler;
-    };
-    static std::span<const Row> rows();
+    // Rows count bytes: min_in of command record, min_out of response.
+    using Row = EngineRow<uint32_t (Asic::*)(Exchange &)>;
+    static std::span<const RowInfo> commands();
     static const Row *find(uint32_t code);
 
     // Read-only views for tests and the library.
@@ -128,6 +99,7 @@ class Asic
         std::vector<std::string> entries;
     };
 
+    friend struct AsicCommands;
     uint32_t init(Exchange &x);
     uint32_t download(Exchange &x);
     uint32_t read_mem(Exchange &x);
@@ -173,7 +145,7 @@ class Asic
     std::vector<Log> logs_;
     Panic panic_;
     bool reset_by_panic_ = false; // the last reset was a firmware panic
-    uint64_t ticks_ = 0; // exchanges served: the clock traffic moves with
+    uint64_t ticks_ = 0;          // exchanges served: the clock traffic moves with
     uint64_t commands_ = 0, command_errors_ = 0, downloads_ = 0, resets_ = 0, panics_ = 0;
     uint64_t log_writes_ = 0;
 };
