@@ -91,6 +91,16 @@ void put_be16(uint8_t *p, uint16_t v)
     p[1] = static_cast<uint8_t>(v);
 }
 
+// Commands that carry a tarvo_get_cmd_t, whose length is the room offered.
+bool is_get(uint32_t code)
+{
+    static constexpr uint32_t gets[] = {
+        TARVO_CMD_GET_INIT,       TARVO_CMD_GET_CONFIG,     TARVO_CMD_GET_PORT_STATS, TARVO_CMD_GET_LIF_STATS,
+        TARVO_CMD_GET_ASIC_STATS, TARVO_CMD_GET_LOG_CONFIG, TARVO_CMD_GET_LOG_DATA,   TARVO_CMD_GET_PANIC_LOG,
+        TARVO_CMD_GET_SFP,        TARVO_CMD_GET_FRU};
+    return std::find(std::begin(gets), std::end(gets), code) != std::end(gets);
+}
+
 } // namespace
 
 // The ASIC's commands. Forwarding-table, loopback, diagnostics, FCoE/FIP,
@@ -299,7 +309,7 @@ uint32_t Asic::exchange(std::span<const uint8_t> cmd, std::span<uint8_t> rsp, ui
     // Get commands say how much room they offer; the ASIC answers within
     // both that and the buffer itself.
     std::span<uint8_t> out = rsp;
-    if (row && row->min_in == sizeof(tarvo_get_cmd_t) && cmd.size() >= sizeof(tarvo_get_cmd_t)) {
+    if (is_get(code) && cmd.size() >= sizeof(tarvo_get_cmd_t)) {
         uint32_t offered = get_word(cmd, offsetof(tarvo_get_cmd_t, length));
         if (offered < out.size())
             out = out.first(std::max<uint32_t>(offered, 4));
@@ -454,7 +464,11 @@ uint32_t Asic::write_mem(Exchange &x)
         return kAsicInvalidParam;
     if (c.address < kRomEnd)
         return kAsicNotPermitted;
-    store_word(c.address, get_word(x.in, sizeof c));
+    const uint32_t value = get_word(x.in, sizeof c);
+    store_word(c.address, value);
+    char text[48];
+    snprintf(text, sizeof text, "mem: %08x written at %08x", value, c.address);
+    log(0, text);
     return kAsicOk;
 }
 
