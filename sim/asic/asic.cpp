@@ -646,6 +646,7 @@ uint32_t Asic::panic_log(Exchange &x)
     }
     memcpy(x.out.data(), &r, offsetof(tarvo_panic_log_data_rsp_t, data));
     uint8_t *p = x.out.data() + offsetof(tarvo_panic_log_data_rsp_t, data);
+    memset(p, 0, panic_.entries.size() * kPanicEntrySize);
     for (const std::string &e : panic_.entries) {
         memcpy(p, e.data(), std::min<size_t>(e.size(), kPanicEntrySize - 1));
         p += kPanicEntrySize;
