@@ -79,11 +79,10 @@ int main(int argc, char **argv)
     signal(SIGQUIT, quit_on_signal);
     signal(SIGINT, quit_on_signal);
     signal(SIGTERM, quit_on_signal);
-    signal(SIGQUIT, quit_on_signal);
 
     kvd_bigbuffer = kvd_un.d.bytes;
     kvd_slimbuffer = kvd_un.d.bytes;
-    memset(kvd_bigbuffer, 0, sizeof(kvd_un.brdaddr));
+    memset(kvd_un.brdaddr, 0, sizeof(kvd_un.brdaddr));
     cur_iocb = cur_ring = cur_board = 0;
     kvd_pci_brds = KVD_InitDiagEnv(kvd_un.brdaddr, KVD_MAX_BOARDS);
 

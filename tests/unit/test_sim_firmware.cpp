@@ -206,7 +206,10 @@ TEST(SimFirmware, ConfigLinkTimersInConfigAndSparm)
     mb.un.varRdSparm64.sp64.addrLow = FakeMemory::kBase + 8;
     EXPECT_EQ(b.run(mb).mbxStatus, MBXERR_OK);
     const uint8_t *sp = b.mem.buf.data() + 8;
-    EXPECT_EQ(be32(sp + 8), 7000u);  // R_A_TOV
+    // An N_Port's word 2: Total Concurrent Sequences, then Relative Offset
+    // by Information Category; a port that could receive no sequence at all
+    // would carry 0 there.
+    EXPECT_EQ(be32(sp + 8), 0x00FF0002u);
     EXPECT_EQ(be32(sp + 12), 1500u); // E_D_TOV
     EXPECT_EQ(0, std::memcmp(sp + 16, make_board().wwpn.data(), 8));
     EXPECT_EQ(sp[64] & 0x80, 0x80);   // class 3 valid
