@@ -78,17 +78,21 @@ void read_asic_section(BoardReading &r)
         fail(r.board.at("asic"), "ASIC settings on a board without the Tarvo ASIC");
     Section o(*j, r.board.at("asic"));
     o.number("fw_version", a.fw_version);
+    // A firmware type is named, or given as the number an unknown image
+    // reports.
     if (const Json *v = o.take("fw_type")) {
-        std::string t = to_text(*v, o.at("fw_type"), 16);
+        std::string t = v->is_string() ? v->get<std::string>() : "";
         if (t == "operational")
             a.fw_type = TARVO_FW_TYPE_OPERATIONAL;
         else if (t == "golden")
             a.fw_type = TARVO_FW_TYPE_GOLDEN;
         else if (t == "diagnostic")
             a.fw_type = TARVO_FW_TYPE_DIAGNOSTIC;
-        else
+        else if (v->is_string() && (t.empty() || t[0] < '0' || t[0] > '9'))
             fail(o.at("fw_type"),
                  "firmware type " + quote_text(t) + " not operational, golden or diagnostic");
+        else
+            a.fw_type = static_cast<uint32_t>(to_unsigned(*v, o.at("fw_type"), 0xffffffffu));
     }
     o.flag("maintenance", a.maintenance);
     o.flag("panicked", a.panicked);

@@ -169,6 +169,15 @@ with its FRU data invalid.
             Fru Data: Invalid
   
 
+An image of a type the shell does not know.
+
+  $ cat > odd.json <<'EOF'
+  > { "boards": [ { "board": 0, "wwpn": "10:00:06:4b:51:b4:03:00", "protocol": "fcoe",
+  >                 "asic": { "fw_type": "0x12345678" } } ] }
+  > EOF
+  $ KVD_SIM_FLEET=odd.json kvd -c 'tarvo getinit' | grep Type
+       Firmware Type: Unknown: x12345678
+
 FRU data: addresses travel reversed in their 8-byte fields, both ways.
 
   $ kvd -b 1 -c 'tarvo getfru'
@@ -221,7 +230,7 @@ of the reversed field); a malformed text is the parser's, with the usage.
                                Example: (XX:XX:XX:XX:XX:XX)
   
   $ calls
-  21
+  22
 
 The optical module's two pages, four words a line.
 

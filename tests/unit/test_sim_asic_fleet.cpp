@@ -48,6 +48,8 @@ TEST(AsicFleet, DefaultsFollowTheBoard)
     EXPECT_FALSE(a.link_up);
     ASSERT_EQ(a.logs.size(), 1u);
     EXPECT_EQ(a.logs[0].capacity, 256);
+    EXPECT_EQ(spec_of(doc(R"({"fw_type": "0x12345678"})")).fw_type, 0x12345678u);
+    EXPECT_EQ(spec_of(doc(R"({"fw_type": 7})")).fw_type, 7u);
 }
 
 TEST(AsicFleet, EachFaultIsOneLine)
@@ -59,7 +61,8 @@ TEST(AsicFleet, EachFaultIsOneLine)
               "t.json: boards[0].asic.fw_type: firmware type \"beta\" not operational, golden or diagnostic");
     EXPECT_EQ(error_of(doc(R"({"mac0": "01:00:5e:00:00:01"})")),
               "t.json: boards[0].asic.mac0: MAC address \"01:00:5e:00:00:01\" is a group address");
-    EXPECT_NE(error_of(doc(R"({"mac1": "00:11:22:33:44"})")).find("not six colon-separated"), std::string::npos);
+    EXPECT_NE(error_of(doc(R"({"mac1": "00:11:22:33:44"})")).find("not six colon-separated"),
+              std::string::npos);
     EXPECT_NE(error_of(doc(R"({"fcoe_format": "0x20000"})")).find("fcoe_format"), std::string::npos);
     EXPECT_NE(error_of(doc(R"({"bb_credit": 0})")).find("BB credit 0"), std::string::npos);
     EXPECT_NE(error_of(doc(R"({"frame_size": 2116})")).find("frame_size"), std::string::npos);
