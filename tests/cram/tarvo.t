@@ -371,6 +371,24 @@ a read; the first words (identity and firmware) are read-only.
               length  - Number of bytes to read. (4 byte aligned)
   
 
+Word counts of the readers: one word too many (or too few) prints the usage
+and sends nothing.
+
+  $ : > trace
+  $ for c in 'getfru 0' 'getcfg 0' 'asicstat 0' 'lifstat' 'portstat'; do kvd -b 1 -c "tarvo $c"; done
+  Usage: tarvo getfru
+  
+  Usage: tarvo getcfg
+  
+  Usage: tarvo asicstat
+  
+  Usage: tarvo lifstat <port>
+  
+  Usage: tarvo portstat <port>
+  
+  $ calls
+  0
+
 Configuration and counters. Statistics requests offer 4 bytes more in the
 record than the buffer holds; the counters move as the ASIC works.
 
