@@ -624,7 +624,8 @@ uint32_t Asic::log_data(Exchange &x)
     if (!x.room(8 + bytes))
         return kAsicOk;
     memcpy(x.out.data() + offsetof(tarvo_log_data_rsp_t, head), &l.head, 2);
-    memcpy(x.out.data() + offsetof(tarvo_log_data_rsp_t, data), l.slots.data(), bytes);
+    if (bytes) // a log without slots has no storage at all
+        memcpy(x.out.data() + offsetof(tarvo_log_data_rsp_t, data), l.slots.data(), bytes);
     return kAsicOk;
 }
 
