@@ -271,7 +271,7 @@ int32_t Port::reset_adapter(PortCommand &cmd)
         return EINVAL;
     if (cmd.fw.state() != BoardState::ready)
         return EBUSY;
-    cmd.fw.restart();
+    cmd.fw.restart(link_allowed());
     return settle(cmd.fw, false);
 }
 
