@@ -171,7 +171,7 @@ from zero.
   \treturned before being cleared. (esc)
   $ calls KVD_IssueMboxWithRetry
   0
-  $ printf '%s\n' 'slireadstat 0' 'slireadstat 0' 'slireadstat 1' 'slireadstat 0' quit | kvd | sed -n '/^cmd>/,$p'
+  $ printf '%s\n' 'slireadstat 0' 'slireadstat 1' 'slireadstat 0' quit | kvd | sed -n '/^cmd>/,$p'
   cmd> Read Status Command: Status: 0x0
   activeXriCnt                3
   activeRpiCnt                6
@@ -195,19 +195,6 @@ from zero.
   xmitSeqCnt                 20
   rcvSeqCnt                  28
   totalOrigExchanges         10
-  totalRespExchanges          0
-  rcvPbsyCnt                  0
-  rcvFbsyCnt                  0
-  cmd> Read Status Command: Status: 0x0
-  activeXriCnt                3
-  activeRpiCnt                6
-  xmitByteCnt            126720
-  rcvByteCnt             349440
-  xmitFrameCnt              120
-  rcvFrameCnt               168
-  xmitSeqCnt                 30
-  rcvSeqCnt                  42
-  totalOrigExchanges         15
   totalRespExchanges          0
   rcvPbsyCnt                  0
   rcvFbsyCnt                  0
