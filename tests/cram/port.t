@@ -133,6 +133,15 @@ per 16 bytes asked for, the last printed whole.
   $ calls KVD_IssueDumpMBox
   4
 
+Whatever length the library reports back, the lines printed are the ones
+asked for, inside the 2048-byte buffer (this library claims 4 GiB).
+
+  $ LD_LIBRARY_PATH=$KVD_ALTLIB_DIR kvd -c 'issuedumpmbox 23 0 20'
+  DATA[000] 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00
+  DATA[010] 01 01 01 01 01 01 01 01 01 01 01 01 01 01 01 01
+  $ LD_LIBRARY_PATH=$KVD_ALTLIB_DIR kvd -c 'issuedumpmbox 23 0 2048' | tail -1
+  DATA[7f0] 7f 7f 7f 7f 7f 7f 7f 7f 7f 7f 7f 7f 7f 7f 7f 7f
+
 Regions end where they end: a dump past the end of region 14 (128 bytes)
 gets what is there and the rest of the buffer stays clear; an offset past
 the end and a region the adapter lacks are refused.
