@@ -250,11 +250,12 @@ int32_t Port::dump_region(PortCommand &cmd)
     return 0;
 }
 
+// An offline port carries no traffic at any speed.
 int32_t Port::qos_link_speed(PortCommand &cmd)
 {
     const LinkStatus link = cmd.fw.link();
     uint16_t gbit = 0;
-    if (link.up)
+    if (link.up && cmd.fw.state() == BoardState::ready)
         for (const SpeedGbit &s : kSpeedGbit)
             if (s.bit == link.speed)
                 gbit = s.gbit;

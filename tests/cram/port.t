@@ -238,13 +238,15 @@ way.
   slireadstat - KVD_IssueMboxWithRetry error 1
 
 QoS link speed follows the link: 8, 10 and 16 Gb/s on the three boards,
-0 while the link is down.
+0 while the link is down or the board offline.
 
   $ for b in 0 1 2; do kvd -b $b -c qoslinkspeed; done
   QoS Speed - x0008
   QoS Speed - x000a
   QoS Speed - x0010
   $ KVD_SIM_FLEET=$KVD_FLEETS/port.json kvd -b 1 -c qoslinkspeed
+  QoS Speed - x0000
+  $ KVD_SIM_FLEET=$KVD_FLEETS/offline.json kvd -c qoslinkspeed
   QoS Speed - x0000
   $ kvd -c 'qoslinkspeed 1'
   Usage: qoslinkspeed <no arguments>

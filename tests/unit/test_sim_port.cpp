@@ -194,6 +194,7 @@ TEST(SimPort, BusyBoardRefusesWhatNeedsTheFirmware)
     EXPECT_EQ(b.run(kPortResetAdapter, {}, 1), EBUSY);
     EXPECT_EQ(b.dump(kRegionDriver, 0, buf, n), EBUSY);
     EXPECT_EQ(b.run(kPortQosSetFlag, {}, 1), 0); // a driver setting only
+    EXPECT_EQ(b.qos_speed(), 0);
 }
 
 TEST(SimPort, DumpRegionsStopAtTheirEnd)
