@@ -15,6 +15,7 @@
 #include "kvd_brdinfo.h"
 #include "kvd_mbox.h"
 #include "kvd_tarvo.h"
+#include "kvd_port.h"
 
 #ifdef __cplusplus
 extern "C" {
