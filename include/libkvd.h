@@ -14,6 +14,8 @@
 #include "kvd_attr.h"
 #include "kvd_brdinfo.h"
 #include "kvd_mbox.h"
+#include "kvd_passthru.h"
+#include "kvd_scsi.h"
 
 #ifdef __cplusplus
 extern "C" {

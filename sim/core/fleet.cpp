@@ -23,6 +23,7 @@
 #include <nlohmann/json.hpp>
 
 #include "kvd_attr.h"
+#include "scsi/target.hpp"
 
 namespace kvdsim
 {
@@ -500,6 +501,7 @@ void read_remote_ports(BoardReading &r)
 // speed). An engine with a section of its own adds its reader here.
 constexpr BoardReader kBoardReaders[] = {
     read_kind, read_pci, read_link, read_identity, read_revision, read_remote_ports,
+    [](BoardReading &r) { read_scsi_section(r.board, r.spec); },
 };
 
 BoardSpec read_board(const Json &j, const std::string &place, const Fleet &fleet)

@@ -88,6 +88,8 @@ void Library::load()
             Board &b = boards_[cfg.number];
             b.cfg = &cfg;
             b.fw = std::make_unique<Firmware>(cfg);
+            b.fabric = std::make_unique<Fabric>(cfg);
+            b.scsi = std::make_unique<ScsiTargets>(cfg);
             if (!cfg.online)
                 b.fw->set_state(BoardState::offline);
             mask |= 1u << cfg.number;
@@ -97,6 +99,8 @@ void Library::load()
         for (Board &b : boards_) {
             b.cfg = nullptr;
             b.fw.reset();
+            b.fabric.reset();
+            b.scsi.reset();
         }
         fleet_.boards.clear();
         mask = 0;

@@ -14,7 +14,9 @@
 #include <string>
 
 #include "core/fault.hpp"
+#include "fabric/fabric.hpp"
 #include "mailbox/firmware.hpp"
+#include "scsi/target.hpp"
 #include "core/fleet.hpp"
 #include "core/trace.hpp"
 
@@ -26,7 +28,9 @@ namespace kvdsim
 // its member here and constructing it in Library::load().
 struct Board {
     const BoardSpec *cfg = nullptr;
-    std::unique_ptr<Firmware> fw; // mailbox firmware: every board
+    std::unique_ptr<Firmware> fw;      // mailbox firmware: every board
+    std::unique_ptr<Fabric> fabric;    // what the port reaches: every board
+    std::unique_ptr<ScsiTargets> scsi; // the FCP targets among them
 };
 
 class Library
