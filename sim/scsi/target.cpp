@@ -67,6 +67,13 @@ std::string upper_hex(const uint8_t *p, size_t n)
     return out;
 }
 
+// The first block must exist, even for a transfer of none, and the last
+// one too.
+bool in_range(const LogicalUnit &lu, uint64_t lba, uint64_t count)
+{
+    return lba < lu.spec.blocks && lba + count <= lu.spec.blocks;
+}
+
 LunSpec default_lun(uint16_t number, uint64_t blocks)
 {
     LunSpec l;
@@ -502,7 +509,7 @@ uint8_t ScsiTargets::read10(ScsiTask &t, LogicalUnit *lu)
         return check_condition(t, SENSE_KEY_ILLEGAL_REQUEST, ASC_LUN_NOT_SUPPORTED);
     const uint64_t lba = be32(&t.cdb[2]);
     const uint64_t count = be16(&t.cdb[7]);
-    if (lba + count > lu->spec.blocks)
+    if (!in_range(*lu, lba, count))
         return check_condition(t, SENSE_KEY_ILLEGAL_REQUEST, ASC_LBA_OUT_OF_RANGE);
     t.required = count * SCSI_BLOCK_SIZE;
     const uint64_t n = std::min<uint64_t>(t.required, t.expected);
@@ -523,7 +530,7 @@ uint8_t ScsiTargets::write10(ScsiTask &t, LogicalUnit *lu)
         return check_condition(t, SENSE_KEY_ILLEGAL_REQUEST, ASC_LUN_NOT_SUPPORTED);
     const uint64_t lba = be32(&t.cdb[2]);
     const uint64_t count = be16(&t.cdb[7]);
-    if (lba + count > lu->spec.blocks)
+    if (!in_range(*lu, lba, count))
         return check_condition(t, SENSE_KEY_ILLEGAL_REQUEST, ASC_LBA_OUT_OF_RANGE);
     t.required = count * SCSI_BLOCK_SIZE;
     const uint64_t n = std::min<uint64_t>({t.required, t.expected, t.data_out.size()});

@@ -8,10 +8,14 @@
 #include <string>
 
 #include "kvd.h"
+#include "fabric/fabric.hpp"
 #include "mailbox/firmware.hpp"
+#include "scsi/target.hpp"
 
+using kvdsim::Fabric;
 using kvdsim::Firmware;
 using kvdsim::RowInfo;
+using kvdsim::ScsiTargets;
 
 namespace
 {
@@ -22,7 +26,8 @@ void expect_unique_words(const cmdinfo *rows, int count, const char *table)
     for (int i = 0; i < count; ++i) {
         ASSERT_NE(rows[i].c_string, nullptr) << table << " row " << i;
         EXPECT_NE(rows[i].c_routine, nullptr) << table << " row " << rows[i].c_string;
-        EXPECT_TRUE(seen.insert(rows[i].c_string).second) << table << ": \"" << rows[i].c_string << "\" twice";
+        EXPECT_TRUE(seen.insert(rows[i].c_string).second)
+            << table << ": \"" << rows[i].c_string << "\" twice";
     }
 }
 
@@ -51,6 +56,22 @@ TEST(Tables, ShellWordsAreUnique)
 TEST(Tables, EngineCodesAndNamesAreUnique)
 {
     expect_unique_codes(Firmware::commands(), "mailbox");
+    expect_unique_codes(ScsiTargets::commands(), "scsi");
+    expect_unique_codes(Fabric::els_commands(), "els");
+    expect_unique_codes(Fabric::ct_commands(), "ct");
+}
+
+// What sendscsi's calls, sendfcp, els and ct send is served by a row.
+TEST(Tables, EveryCommandTheShellSendsHasARow)
+{
+    for (uint8_t op : {SCSI_INQUIRY, SCSI_READ_CAPACITY_10, SCSI_SERVICE_ACTION_IN_16, SCSI_REPORT_LUNS,
+                       SCSI_READ_10, SCSI_WRITE_10, SCSI_TEST_UNIT_READY})
+        EXPECT_NE(ScsiTargets::command(op), nullptr) << "SCSI 0x" << std::hex << int(op);
+    for (uint8_t code : {ELS_CMD_ECHO, ELS_CMD_RLS, ELS_CMD_RPS, ELS_CMD_RPL, ELS_CMD_RNID})
+        EXPECT_NE(Fabric::els_command(code), nullptr) << "ELS 0x" << std::hex << int(code);
+    for (uint16_t code : {CT_GID_FT, CT_GPN_ID, CT_GNN_ID, CT_GSPN_ID})
+        EXPECT_NE(Fabric::ct_command(code), nullptr) << "CT 0x" << std::hex << code;
+    EXPECT_EQ(ScsiTargets::command(0x55), nullptr);
 }
 
 TEST(Tables, EveryMailboxRowIssuesACommandTheFirmwareServes)
