@@ -153,7 +153,8 @@ a fault rule on the command rejects it with the rule's reason.
   [1]
 
 A request larger than the destination takes in one frame is refused with
-result 8 and the most it takes; a port with its link down cannot send.
+result 8 and the most it takes; result 7 asks for more room; a port with
+its link down cannot send.
 
   $ KVD_SIM_FLEET=$KVD_FLEETS/scsi.json kvd -c 'els echo 0x010500'
   Cannot issue command
@@ -162,6 +163,10 @@ result 8 and the most it takes; a port with its link down cannot send.
   $ KVD_SIM_FLEET=$KVD_FLEETS/scsi.json kvd -c 'els echo 0x010500 1024' | head -2
   reqsize: x400 data x00 -- rspsize: x400 data xff
   Buffers match.
+  $ KVD_SIM_FAULT=KVD_SendELSCmd=7 kvd -c 'els rls 0x010300'
+  Cannot issue command
+  Response buffer size too small. Try 2048.
+  [252]
   $ KVD_SIM_FLEET=$KVD_FLEETS/loop.json kvd -b 1 -c 'els rls 0x010300'
   Cannot issue command
   [252]

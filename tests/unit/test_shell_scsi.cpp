@@ -2,6 +2,7 @@
 // count that is not a whole block, and the board check against cur_board.
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <cstdlib>
 #include <cstring>
 
@@ -89,4 +90,24 @@ TEST_F(FcpSend, BoardCheckIsAgainstCurBoard)
     cur_board = 2;
     EXPECT_EQ(kvd_SendFcpRead(0, &w, 0, 0, data, &size, rsp, &rsp_size), 0);
     EXPECT_EQ(size, 512u);
+}
+
+// An ELS reply larger than the room: result 7 and the room it needs; the
+// room is never written past.
+TEST_F(FcpSend, ElsReplyRoomTooSmall)
+{
+    KVD_ELS_DEST dest = {KVD_ELS_ADDR_DID, 0x010300};
+    uint8_t req[8] = {ELS_CMD_RLS};
+    uint8_t rsp[40];
+    memset(rsp, 0xee, sizeof rsp);
+    uint32_t room = 27;
+    EXPECT_EQ(KVD_SendELSCmd(0, &dest, req, sizeof req, rsp, &room), uint32_t(KVD_RC_ELS_RSP_TOO_SMALL));
+    EXPECT_EQ(room, 28u);
+    EXPECT_EQ(rsp[0], 0xee);
+    room = 28;
+    EXPECT_EQ(KVD_SendELSCmd(0, &dest, req, sizeof req, rsp, &room), 0u);
+    EXPECT_EQ(rsp[0], ELS_CMD_LS_ACC);
+    EXPECT_EQ(rsp[28], 0xee);
+    dest.addrType = 2;
+    EXPECT_EQ(KVD_SendELSCmd(0, &dest, req, sizeof req, rsp, &room), uint32_t(EINVAL));
 }
