@@ -281,7 +281,7 @@ the unit does not know, a LUN without a unit. TEST UNIT READY succeeds.
 
 Refusals: a port the fabric does not know, a port that is no target, a
 local WWN that is not the board's, an opcode beyond eight bits, a port
-whose link is down.
+whose link is down, a board the driver holds offline (busy).
 
   $ kvd -c "sendscsi readcap 21:00:06:4b:51:d9:00:09 0"
   Cannot issue command
@@ -298,8 +298,11 @@ whose link is down.
   $ KVD_SIM_FLEET=$KVD_FLEETS/loop.json kvd -b 1 -c "sendscsi readcap $A 0"
   Cannot issue command
   [252]
+  $ KVD_SIM_FLEET=$KVD_FLEETS/offline.json kvd -c "sendscsi readcap $A 0"; last SendReadCapacity
+  Cannot issue command
+  = 10
   $ grep -c '^Send.*= [1-9]\|^KVD_Send.*= [1-9]' trace
-  5
+  6
 
 A unit too large for READ CAPACITY(10) is read with READ CAPACITY(16);
 units above LUN 255 are addressed in flat space.
