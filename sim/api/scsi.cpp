@@ -325,7 +325,8 @@ Outcome any_cdb(ScsiCall &s, uint64_t lun, uint32_t opcode, void *rsp, uint32_t 
 
 template <class Args, class Body>
 HBA_STATUS hba_scsi(const char *name, uint32_t board, HBA_WWN *wwpn, void *rsp, uint32_t *rsp_size,
-                    void *sense, uint32_t *sense_size, Args args, Body body)
+                    void *sense, uint32_t *sense_size, Args args, Body body,
+                    const char *size_key = "rsp_size")
 {
     return board_call<HBA_STATUS>(
         name, board, kHbaFamily,
@@ -333,7 +334,7 @@ HBA_STATUS hba_scsi(const char *name, uint32_t board, HBA_WWN *wwpn, void *rsp, 
             t.arg("board", board);
             trace_wwn(t, "wwpn", wwpn);
             args(t);
-            trace_size(t, "rsp_size", rsp_size);
+            trace_size(t, size_key, rsp_size);
             trace_size(t, "sense_size", sense_size);
         },
         [&](Call &c, Board &b) {
@@ -403,7 +404,8 @@ HBA_STATUS SendScsiRead(uint32_t board, HBA_WWN *wwpn, uint64_t lun, uint32_t lb
     return hba_scsi(
         "SendScsiRead", board, wwpn, data, data_size, sense, sense_size,
         [&](TraceLine &t) { t.arg_hex("lba", lba); },
-        [&](ScsiCall &s) { return block_io(s, false, lun, lba, data, data_size, sense, sense_size); });
+        [&](ScsiCall &s) { return block_io(s, false, lun, lba, data, data_size, sense, sense_size); },
+        "data_size");
 }
 
 HBA_STATUS SendScsiWrite(uint32_t board, HBA_WWN *wwpn, uint64_t lun, uint32_t lba, void *data,
@@ -412,7 +414,8 @@ HBA_STATUS SendScsiWrite(uint32_t board, HBA_WWN *wwpn, uint64_t lun, uint32_t l
     return hba_scsi(
         "SendScsiWrite", board, wwpn, data, data_size, sense, sense_size,
         [&](TraceLine &t) { t.arg_hex("lba", lba); },
-        [&](ScsiCall &s) { return block_io(s, true, lun, lba, data, data_size, sense, sense_size); });
+        [&](ScsiCall &s) { return block_io(s, true, lun, lba, data, data_size, sense, sense_size); },
+        "data_size");
 }
 
 HBA_STATUS SendScsiCDB(uint32_t board, HBA_WWN *wwpn, uint64_t lun, uint32_t opcode, void *rsp,
