@@ -271,6 +271,8 @@ sendmgmt: word counts, the WWN, the count.
   $ kvd -c "sendmgmt $A 0xfa 65537"
   sendmgmt: cnt must be <= 65536
   [255]
+  $ kvd -c "sendmgmt $A 0xfa 65536" | tail -1
+  fff0: f0f1f2f3  f4f5f6f7  f8f9fafb  fcfdfeff  
 
 The request: the CT header with the type, the code 0x7e3a stored
 little-endian, then bytes counting their own offset from 16. With no

@@ -280,7 +280,8 @@ the unit does not know, a LUN without a unit. TEST UNIT READY succeeds.
   = 0 command=REPORT_LUNS lun=0000000000000000 cdb=a00000000000000000800000
 
 Refusals: a port the fabric does not know, a port that is no target, a
-local WWN that is not the board's, an opcode beyond eight bits, a port
+local WWN that is not the board's, an opcode or a page code beyond eight
+bits, a plain LUN beyond flat space (16383, the last, has no unit), a port
 whose link is down, a board the driver holds offline (busy).
 
   $ kvd -c "sendscsi readcap 21:00:06:4b:51:d9:00:09 0"
@@ -295,6 +296,19 @@ whose link is down, a board the driver holds offline (busy).
   $ kvd -c "sendscsi cdb $A 0 0x100"
   Cannot issue command
   [252]
+  $ kvd -c "sendscsi cdb $A 0 0xff" | sed -n 4p
+     0: 70000500  0000000a  00000000  20000000  p........... ...
+  $ kvd -c "sendscsi inquiry $A 0 1 0x100"
+  Cannot issue command
+  [252]
+  $ kvd -c "sendscsi inquiry $A 0 1 0xff" | sed -n 4p
+     0: 70000500  0000000a  00000000  24000000  p...........$...
+  $ kvd -c "sendscsi readcapwwn $L $A 16384"
+  Cannot issue command
+  [252]
+  $ kvd -c "sendscsi readcapwwn $L $A 16383" | sed -n 4p; last KVD_SendReadCapacityByWWN
+     0: 70000500  0000000a  00000000  25000000  p...........%...
+  = 0 command=READ_CAPACITY_10 lun=7fff000000000000 cdb=25000000000000000000 status=02
   $ KVD_SIM_FLEET=$KVD_FLEETS/loop.json kvd -b 1 -c "sendscsi readcap $A 0"
   Cannot issue command
   [252]
@@ -302,7 +316,7 @@ whose link is down, a board the driver holds offline (busy).
   Cannot issue command
   = 10
   $ grep -c '^Send.*= [1-9]\|^KVD_Send.*= [1-9]' trace
-  6
+  8
 
 A unit too large for READ CAPACITY(10) is read with READ CAPACITY(16);
 units above LUN 255 are addressed in flat space.
