@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "scsi/lun_spec.hpp"
+#include "scsi/luns.hpp"
 
 namespace kvdsim {
 

@@ -137,6 +137,25 @@ discovery data.
   $ last KVD_SendELSCmd
   = 0 command=RNID in=78000000df000000 out=02000000df1000342100064b51d000012000064b51d000015153544f520000000000000000000000000000090000000000000001000000000000000000000000000000000000000000000000
 
+The dump pages every 8 x lines bytes in an interactive session; "x" at the
+pause ends it.
+
+  $ printf 'set lines 2\nels echo 0x010300 32\n\nels echo 0x010300 32\nx\nquit\n' | kvd | sed -n '/reqsize/,$p'
+  cmd> cmd> reqsize: x20 data x00 -- rspsize: x20 data xff
+  Buffers match.
+  
+     0: 0x02000000  0x00000000  0x00000000  0x00000000  
+   Hit <CR> to continue (x to abort): 
+  
+    10: 0x00000000  0x00000000  0x00000000  0x00000000  
+  cmd> reqsize: x20 data x00 -- rspsize: x20 data xff
+  Buffers match.
+  
+     0: 0x02000000  0x00000000  0x00000000  0x00000000  
+   Hit <CR> to continue (x to abort): 
+  
+  cmd>  (no-eol)
+
 Only the request's size is dumped, whatever the reply's length. A D_ID
 nobody answers at gets LS_RJT (reason 09: unable to perform the request);
 a fault rule on the command rejects it with the rule's reason.
