@@ -103,6 +103,14 @@ extern cmdinfo mboxinfo[g_mboxinfo_array_size];
 extern const uint8_t mboxcodes[g_mboxinfo_array_size]; /* command each row issues, 0: none */
 KVD_HANDLER(mbinval);
 
+/* One FCP READ(10) / WRITE(10) of *datasize bytes at block lba, in a command
+ * block built here; 1 without a call when cur_board is not below the board
+ * count, else the library's result. */
+int32_t kvd_SendFcpRead(uint32_t board, HBA_WWN *wwn, uint64_t lun, uint32_t lba, void *data,
+                        uint32_t *datasize, void *rsp, uint32_t *rspsize);
+int32_t kvd_SendFcpWrite(uint32_t board, HBA_WWN *wwn, uint64_t lun, uint32_t lba, void *data,
+                         uint32_t *datasize, void *rsp, uint32_t *rspsize);
+
 /* SLI level (2, 3 or 4) and protocol (0 FCoE, 1 Fibre Channel) of a board,
  * from the driver information; -1 when the query fails. */
 int32_t get_sli_mode(uint32_t board);

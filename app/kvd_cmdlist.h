@@ -28,7 +28,7 @@
     X("authsetcfg", authsetcfg, STUB) \
     X("authsetpsswd", authsetpsswd, STUB) \
     X("authstatus", authstatus, STUB) \
-    X("ct", ct, STUB) \
+    X("ct", ct, BUILT) \
     X("dportattr", dportattr, BUILT) \
     X("drvinfo", drvinfo, BUILT) \
     X("dumpreg", dumpreg, STUB) \
@@ -94,10 +94,10 @@
     X("sd_test_env", sd_test_env, STUB) \
     X("sd_urevent", sd_urevent, STUB) \
     X("sd_verbose", sd_verbose, STUB) \
-    X("els", sendels, STUB) \
-    X("sendfcp", sendfcp, STUB) \
-    X("sendmgmt", sendmgmt, STUB) \
-    X("sendscsi", sendscsi, STUB) \
+    X("els", sendels, BUILT) \
+    X("sendfcp", sendfcp, BUILT) \
+    X("sendmgmt", sendmgmt, BUILT) \
+    X("sendscsi", sendscsi, BUILT) \
     X("set", set, BUILT) \
     X("setcfg", setcfg, STUB) \
     X("setfcpconfig", setfcpconfig, STUB) \

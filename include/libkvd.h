@@ -16,6 +16,8 @@
 #include "kvd_mbox.h"
 #include "kvd_tarvo.h"
 #include "kvd_port.h"
+#include "kvd_passthru.h"
+#include "kvd_scsi.h"
 
 #ifdef __cplusplus
 extern "C" {

@@ -23,6 +23,7 @@
 #include <nlohmann/json.hpp>
 
 #include "kvd_attr.h"
+#include "scsi/target.hpp"
 
 namespace kvdsim
 {
@@ -499,8 +500,15 @@ void read_remote_ports(BoardReading &r)
 // ones settled (the kind first, the link before the names that mention its
 // speed). An engine with a section of its own adds its reader here.
 constexpr BoardReader kBoardReaders[] = {
-    read_kind, read_pci, read_link, read_identity, read_revision, read_remote_ports, read_asic_section,
+    read_kind,
+    read_pci,
+    read_link,
+    read_identity,
+    read_revision,
+    read_remote_ports,
+    read_asic_section,
     [](BoardReading &r) { read_port_section(r.board, r.spec); },
+    [](BoardReading &r) { read_scsi_section(r.board, r.spec); },
 };
 
 BoardSpec read_board(const Json &j, const std::string &place, const Fleet &fleet)

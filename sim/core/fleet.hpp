@@ -10,6 +10,7 @@
 
 #include "asic/asic_spec.hpp"
 #include "port/port_spec.hpp"
+#include "scsi/luns.hpp"
 
 namespace kvdsim {
 
@@ -111,6 +112,7 @@ struct BoardSpec {
     std::vector<RemotePort> remote_ports;
     AsicSpec asic;                 // the Tarvo ASIC, when `tarvo`
     PortSpec port;                 // the "port" section
+    ScsiSpec scsi;                 // logical units of the FCP targets among the remote ports
 };
 
 struct Fleet {

@@ -90,6 +90,8 @@ void Library::load()
             b.fw = std::make_unique<Firmware>(cfg);
             if (cfg.tarvo)
                 b.asic = std::make_unique<Asic>(cfg.asic);
+            b.fabric = std::make_unique<Fabric>(cfg);
+            b.scsi = std::make_unique<ScsiTargets>(cfg);
             if (!cfg.online)
                 b.fw->set_state(BoardState::offline);
             b.port = std::make_unique<Port>(cfg);
@@ -103,6 +105,8 @@ void Library::load()
             b.port.reset();
             b.fw.reset();
             b.asic.reset();
+            b.fabric.reset();
+            b.scsi.reset();
         }
         fleet_.boards.clear();
         mask = 0;

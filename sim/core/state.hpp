@@ -17,6 +17,9 @@
 #include "asic/asic.hpp"
 #include "mailbox/firmware.hpp"
 #include "port/port.hpp"
+#include "fabric/fabric.hpp"
+#include "mailbox/firmware.hpp"
+#include "scsi/target.hpp"
 #include "core/fleet.hpp"
 #include "core/trace.hpp"
 
@@ -31,6 +34,8 @@ struct Board {
     std::unique_ptr<Firmware> fw; // mailbox firmware: every board
     std::unique_ptr<Asic> asic;   // Tarvo ASIC: converged boards only
     std::unique_ptr<Port> port;   // driver port settings: every board
+    std::unique_ptr<Fabric> fabric;    // what the port reaches: every board
+    std::unique_ptr<ScsiTargets> scsi; // the FCP targets among them
 };
 
 class Library

@@ -381,6 +381,11 @@ void Firmware::advance_traffic()
 PortCounters Firmware::counters()
 {
     advance_traffic();
+    return counters_now();
+}
+
+PortCounters Firmware::counters_now() const
+{
     PortCounters c = port_;
     c.link_failure = errors_.link_failure;
     c.loss_of_sync = errors_.loss_sync;
@@ -389,6 +394,25 @@ PortCounters Firmware::counters()
     c.invalid_tx_word = errors_.invalid_tx_word;
     c.invalid_crc = errors_.crc;
     return c;
+}
+
+// Each frame adds its header, CRC and delimiters (9 words) to its payload.
+void Firmware::carry_traffic(uint64_t tx_frames, uint64_t tx_bytes, uint64_t rx_frames, uint64_t rx_bytes)
+{
+    const uint64_t tx_words = tx_frames * 9 + (tx_bytes + 3) / 4;
+    const uint64_t rx_words = rx_frames * 9 + (rx_bytes + 3) / 4;
+    port_.tx_frames += tx_frames;
+    port_.rx_frames += rx_frames;
+    port_.tx_words += tx_words;
+    port_.rx_words += rx_words;
+    auto add32 = [](uint32_t &c, uint64_t d) { c = static_cast<uint32_t>(c + d); };
+    add32(status_.xmit_bytes, tx_bytes);
+    add32(status_.rcv_bytes, rx_bytes);
+    add32(status_.xmit_frames, tx_frames);
+    add32(status_.rcv_frames, rx_frames);
+    add32(status_.xmit_seqs, tx_frames ? 1 : 0);
+    add32(status_.rcv_seqs, rx_frames ? 1 : 0);
+    add32(status_.orig_exchanges, 1);
 }
 
 // ---------------------------------------------------------------------------

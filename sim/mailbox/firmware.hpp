@@ -86,7 +86,11 @@ class Firmware
     static const MailboxRow *command(uint8_t code);
 
     LinkStatus link() const;
-    PortCounters counters(); // traffic moves a little on every read
+    PortCounters counters();           // traffic moves a little on every read
+    PortCounters counters_now() const; // as they stand, without moving
+    // Frames the port sent and received for a command the host issued
+    // (SCSI, ELS, CT): they count in the port and status counters.
+    void carry_traffic(uint64_t tx_frames, uint64_t tx_bytes, uint64_t rx_frames, uint64_t rx_bytes);
     BoardState state() const;
     void set_state(BoardState s);
 

@@ -14,9 +14,15 @@
 #include "port/port.hpp"
 
 using kvdsim::Asic;
+#include "fabric/fabric.hpp"
+#include "mailbox/firmware.hpp"
+#include "scsi/target.hpp"
+
+using kvdsim::Fabric;
 using kvdsim::Firmware;
 using kvdsim::Port;
 using kvdsim::RowInfo;
+using kvdsim::ScsiTargets;
 
 namespace
 {
@@ -60,6 +66,22 @@ TEST(Tables, EngineCodesAndNamesAreUnique)
     expect_unique_codes(Firmware::commands(), "mailbox");
     expect_unique_codes(Asic::commands(), "asic");
     expect_unique_codes(Port::commands(), "port");
+    expect_unique_codes(ScsiTargets::commands(), "scsi");
+    expect_unique_codes(Fabric::els_commands(), "els");
+    expect_unique_codes(Fabric::ct_commands(), "ct");
+}
+
+// What sendscsi's calls, sendfcp, els and ct send is served by a row.
+TEST(Tables, EveryCommandTheShellSendsHasARow)
+{
+    for (uint8_t op : {SCSI_INQUIRY, SCSI_READ_CAPACITY_10, SCSI_SERVICE_ACTION_IN_16, SCSI_REPORT_LUNS,
+                       SCSI_READ_10, SCSI_WRITE_10, SCSI_TEST_UNIT_READY})
+        EXPECT_NE(ScsiTargets::command(op), nullptr) << "SCSI 0x" << std::hex << int(op);
+    for (uint8_t code : {ELS_CMD_ECHO, ELS_CMD_RLS, ELS_CMD_RPS, ELS_CMD_RPL, ELS_CMD_RNID})
+        EXPECT_NE(Fabric::els_command(code), nullptr) << "ELS 0x" << std::hex << int(code);
+    for (uint16_t code : {CT_GID_FT, CT_GPN_ID, CT_GNN_ID, CT_GSPN_ID})
+        EXPECT_NE(Fabric::ct_command(code), nullptr) << "CT 0x" << std::hex << code;
+    EXPECT_EQ(ScsiTargets::command(0x55), nullptr);
 }
 
 TEST(Tables, EveryMailboxRowIssuesACommandTheFirmwareServes)
