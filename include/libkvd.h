@@ -14,6 +14,7 @@
 #include "kvd_attr.h"
 #include "kvd_brdinfo.h"
 #include "kvd_mbox.h"
+#include "kvd_sli4.h"
 
 #ifdef __cplusplus
 extern "C" {
