@@ -6,8 +6,8 @@
 
 #include <unistd.h>
 
-#include "attributes.hpp"
-#include "trace.hpp"
+#include "hba/attributes.hpp"
+#include "core/trace.hpp"
 
 using namespace kvdsim;
 

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "fault.hpp"
+#include "core/fault.hpp"
 
 using namespace kvdsim;
 

@@ -4,7 +4,7 @@
 // Everything here is deterministic: counters move by fixed steps derived
 // from the board number, never from a clock, so that transcripts of the
 // shell against a virtual fleet stay the same from run to run.
-#include "firmware.hpp"
+#include "mailbox/firmware.hpp"
 
 #include <algorithm>
 #include <cerrno>

@@ -8,31 +8,12 @@
 #include <cstdint>
 #include <vector>
 
-#include "fleet.hpp"
+#include "core/fleet.hpp"
+#include "core/hostmem.hpp"
 #include "kvd_mbox.h"
 
 namespace kvdsim
 {
-
-// Access to the host memory that buffer descriptors point at. The library's
-// implementation checks that the range is mapped and writable in this
-// process; tests supply their own.
-class HostMemory
-{
-  public:
-    virtual ~HostMemory() = default;
-    // Copies len bytes to the host address; false if the range is unusable.
-    virtual bool write(uint64_t address, const void *src, size_t len) = 0;
-    virtual bool read(uint64_t address, void *dst, size_t len) = 0;
-};
-
-// Checks the process's own mappings (/proc/self/maps) before copying.
-class ProcessMemory final : public HostMemory
-{
-  public:
-    bool write(uint64_t address, const void *src, size_t len) override;
-    bool read(uint64_t address, void *dst, size_t len) override;
-};
 
 struct LinkStatus {
     bool up = false;

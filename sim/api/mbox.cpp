@@ -13,7 +13,7 @@
 #include <cerrno>
 #include <cstring>
 
-#include "state.hpp"
+#include "core/state.hpp"
 
 using namespace kvdsim;
 

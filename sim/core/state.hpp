@@ -13,10 +13,10 @@
 #include <optional>
 #include <string>
 
-#include "fault.hpp"
-#include "firmware.hpp"
-#include "fleet.hpp"
-#include "trace.hpp"
+#include "core/fault.hpp"
+#include "mailbox/firmware.hpp"
+#include "core/fleet.hpp"
+#include "core/trace.hpp"
 
 namespace kvdsim
 {

@@ -11,8 +11,8 @@
 #include <cerrno>
 #include <cstring>
 
-#include "attributes.hpp"
-#include "state.hpp"
+#include "hba/attributes.hpp"
+#include "core/state.hpp"
 
 using namespace kvdsim;
 

@@ -1,4 +1,4 @@
-#include "trace.hpp"
+#include "core/trace.hpp"
 
 #include <atomic>
 #include <cerrno>
