@@ -1,11 +1,12 @@
 // Mailbox issuing. The caller's record goes to the board's firmware model,
 // which completes it in place.
 //
-// Checks, in order: environment open (ENXIO), record present (EFAULT), board
-// present (ENODEV), word counts (EINVAL). The plain call moves at most 64
-// words each way. The V2 call may carry a payload after the 256-byte record
-// (up to 16384 further words); only the record itself reaches the firmware,
-// the payload is passed through untouched.
+// Checks, in order: environment open (ENXIO), board present (ENODEV),
+// record present (EFAULT), word counts (EINVAL). The plain call moves at
+// most 64 words each way. The V2 call may carry a payload after the
+// 256-byte record (up to 16384 further words): the record reaches the
+// firmware and the payload goes with it as a bounded span, for the
+// commands that carry data behind the record.
 #pragma GCC visibility push(default)
 #include "libkvd.h"
 #pragma GCC visibility pop
@@ -13,7 +14,7 @@
 #include <cerrno>
 #include <cstring>
 
-#include "core/state.hpp"
+#include "core/entry.hpp"
 
 using namespace kvdsim;
 
@@ -22,47 +23,44 @@ namespace
 
 constexpr uint32_t kPayloadWordsMax = 16384;
 
-// Runs the checks and the command; `counts_ok` is the call's own verdict on
-// its word counts; `trace_words` the words the caller handed over in all.
-int32_t issue(Call &c, uint32_t board, MAILBOX *mb, bool counts_ok, uint32_t words_in, uint32_t words_out,
-              uint32_t retries, uint32_t trace_words)
+// Runs the command on a private copy of the record, so that the firmware
+// can touch neither more of the caller's memory than the counts allow nor
+// less than a whole record. `total_words` is what the caller handed over
+// in all (record and payload).
+int32_t issue(Call &c, Board &b, MAILBOX *mb, bool counts_ok, uint32_t words_in, uint32_t words_out,
+              uint32_t retries, uint32_t total_words)
 {
-    Board *b = nullptr;
-    int32_t check = !Library::is_open()         ? ENXIO
-                    : !mb                       ? EFAULT
-                    : !(b = c.lib.board(board)) ? ENODEV
-                    : !counts_ok                ? EINVAL
-                                                : 0;
-    if (check) {
-        c.line.result(check).emit();
-        return check;
-    }
-
-    // The firmware works on a private copy, so that it can touch neither
-    // more of the caller's memory than the counts allow nor less than a
-    // whole record.
+    if (!counts_ok)
+        return EINVAL;
     uint8_t record[MAILBOX_SIZE] = {};
     const uint32_t words_copy = words_in > words_out ? words_in : words_out;
     memcpy(record, mb, words_copy * 4);
     uint8_t received[MAILBOX_SIZE];
     memcpy(received, record, sizeof received);
 
+    auto *payload = reinterpret_cast<uint8_t *>(mb) + MAILBOX_SIZE;
+    const size_t payload_len = total_words > MAILBOX_WORDS ? (total_words - MAILBOX_WORDS) * 4 : 0;
     ProcessMemory memory;
-    int32_t rc = b->fw->issue(record, words_in, words_out, retries, memory);
+    CommandNote note;
+    int32_t rc = b.fw->issue(record, words_in, words_out, retries, memory, {payload, payload_len}, &note);
+    if (rc == EINVAL) // refused before the firmware ran: nothing comes back
+        return rc;
     memcpy(mb, record, words_out * 4);
 
     // in= is the record as received: its first words_in words, or for V2
-    // the record and the untouched payload after it.
-    const auto *payload = reinterpret_cast<const uint8_t *>(mb) + MAILBOX_SIZE;
-    const size_t payload_len = trace_words > MAILBOX_WORDS ? (trace_words - MAILBOX_WORDS) * 4 : 0;
+    // the record and the payload after it (as it came back: the payload is
+    // the caller's memory, shared with the firmware).
     c.line.result(rc);
-    c.line.bytes("in", received, (trace_words > MAILBOX_WORDS ? MAILBOX_WORDS : words_in) * 4);
+    if (note.name)
+        c.line.tag("command", note.name);
+    if (note.rule)
+        c.line.injected(note.rule);
+    c.line.bytes("in", received, (total_words > MAILBOX_WORDS ? MAILBOX_WORDS : words_in) * 4);
     if (payload_len)
         c.line.more(payload, payload_len);
-    c.line.bytes("out", mb, (trace_words > MAILBOX_WORDS ? MAILBOX_WORDS : words_out) * 4);
+    c.line.bytes("out", mb, (total_words > MAILBOX_WORDS ? MAILBOX_WORDS : words_out) * 4);
     if (payload_len)
         c.line.more(payload, payload_len);
-    c.line.emit();
     return rc;
 }
 
@@ -71,39 +69,33 @@ int32_t issue(Call &c, uint32_t board, MAILBOX *mb, bool counts_ok, uint32_t wor
 int32_t KVD_IssueMboxWithRetry(uint32_t board, MAILBOX *mb, uint32_t words_in, uint32_t words_out,
                                uint32_t retries, uint32_t delay)
 {
-    try {
-        Call c("KVD_IssueMboxWithRetry");
-        c.line.arg("board", board)
-            .arg_ptr("mb", mb)
-            .arg("words_in", words_in)
-            .arg("words_out", words_out)
-            .arg("retries", retries)
-            .arg("delay", delay);
-        if (auto f = c.fault(board))
-            return static_cast<int32_t>(*f);
-        const bool counts_ok = words_in >= 1 && words_in <= MAILBOX_WORDS && words_out <= MAILBOX_WORDS;
-        return issue(c, board, mb, counts_ok, words_in, words_out, retries, words_in);
-    } catch (...) {
-        return ENOMEM;
-    }
+    return board_call<int32_t>(
+        "KVD_IssueMboxWithRetry", board, kErrnoFamily, mb,
+        [&](TraceLine &t) {
+            t.arg("board", board)
+                .arg_ptr("mb", mb)
+                .arg("words_in", words_in)
+                .arg("words_out", words_out)
+                .arg("retries", retries)
+                .arg("delay", delay);
+        },
+        [&](Call &c, Board &b) {
+            const bool counts_ok = words_in >= 1 && words_in <= MAILBOX_WORDS && words_out <= MAILBOX_WORDS;
+            return issue(c, b, mb, counts_ok, words_in, words_out, retries, words_in);
+        });
 }
 
 int32_t KVD_IssueMboxWithRetryV2(uint32_t board, MAILBOX *mb, uint32_t words, uint32_t retries,
                                  uint32_t delay)
 {
-    try {
-        Call c("KVD_IssueMboxWithRetryV2");
-        c.line.arg("board", board)
-            .arg_ptr("mb", mb)
-            .arg("words", words)
-            .arg("retries", retries)
-            .arg("delay", delay);
-        if (auto f = c.fault(board))
-            return static_cast<int32_t>(*f);
-        const bool counts_ok = words >= 1 && words <= MAILBOX_WORDS + kPayloadWordsMax;
-        const uint32_t record_words = words > MAILBOX_WORDS ? MAILBOX_WORDS : words;
-        return issue(c, board, mb, counts_ok, record_words, record_words, retries, words);
-    } catch (...) {
-        return ENOMEM;
-    }
+    return board_call<int32_t>(
+        "KVD_IssueMboxWithRetryV2", board, kErrnoFamily, mb,
+        [&](TraceLine &t) {
+            t.arg("board", board).arg_ptr("mb", mb).arg("words", words).arg("retries", retries).arg("delay", delay);
+        },
+        [&](Call &c, Board &b) {
+            const bool counts_ok = words >= 1 && words <= MAILBOX_WORDS + kPayloadWordsMax;
+            const uint32_t record_words = words > MAILBOX_WORDS ? MAILBOX_WORDS : words;
+            return issue(c, b, mb, counts_ok, record_words, record_words, retries, words);
+        });
 }

@@ -21,9 +21,12 @@
 namespace kvdsim
 {
 
+// One board: its fleet description and one instance of each engine that
+// the board carries, each keeping its own state. An engine joins by adding
+// its member here and constructing it in Library::load().
 struct Board {
     const BoardSpec *cfg = nullptr;
-    std::unique_ptr<Firmware> fw;
+    std::unique_ptr<Firmware> fw; // mailbox firmware: every board
 };
 
 class Library
@@ -92,10 +95,11 @@ class Call
   private:
     std::optional<int64_t> fault_for(int32_t board)
     {
-        auto f = library_faults().match(name_, board);
-        if (f)
-            line.result(*f).injected().emit();
-        return f;
+        auto hit = library_faults().match(name_, board);
+        if (!hit)
+            return std::nullopt;
+        line.result(hit->result).injected(hit->rule).emit();
+        return hit->result;
     }
     const char *name_;
 };
