@@ -84,6 +84,10 @@ KVD_STATIC_ASSERT(4 + offsetof(SLI4_CONFIG, un.sge.length) == 32, "SGE length at
 #define SLI4_STATUS_INSUFFICIENT_BUFFER 0x04
 #define SLI4_STATUS_UNAUTHORIZED 0x05
 
+/* Mailbox status of an SLI4_CONFIG whose request failed: the request's own
+ * status and additional status are in its response header. */
+#define MBXERR_SLI4_CONFIG_FAILED 0x0040
+
 /* Additional statuses. */
 #define SLI4_ADDL_NONE 0x00
 #define SLI4_ADDL_INVALID_OPCODE 0x01

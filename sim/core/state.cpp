@@ -88,6 +88,10 @@ void Library::load()
             Board &b = boards_[cfg.number];
             b.cfg = &cfg;
             b.fw = std::make_unique<Firmware>(cfg);
+            if (cfg.sli_mode == 4) {
+                b.sli4 = std::make_unique<Sli4Engine>(cfg, fleet_);
+                b.fw->attach_sli4(b.sli4.get());
+            }
             if (!cfg.online)
                 b.fw->set_state(BoardState::offline);
             mask |= 1u << cfg.number;
@@ -97,6 +101,7 @@ void Library::load()
         for (Board &b : boards_) {
             b.cfg = nullptr;
             b.fw.reset();
+            b.sli4.reset();
         }
         fleet_.boards.clear();
         mask = 0;

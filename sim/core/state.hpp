@@ -15,6 +15,7 @@
 
 #include "core/fault.hpp"
 #include "mailbox/firmware.hpp"
+#include "sli4/sli4_engine.hpp"
 #include "core/fleet.hpp"
 #include "core/trace.hpp"
 
@@ -26,7 +27,8 @@ namespace kvdsim
 // its member here and constructing it in Library::load().
 struct Board {
     const BoardSpec *cfg = nullptr;
-    std::unique_ptr<Firmware> fw; // mailbox firmware: every board
+    std::unique_ptr<Firmware> fw;     // mailbox firmware: every board
+    std::unique_ptr<Sli4Engine> sli4; // SLI-4 configuration and object store: SLI-4 boards
 };
 
 class Library
