@@ -12,7 +12,7 @@
 #include <string.h>
 
 #include "kvd_cmds.h"
-#include "kvd_sli4.h"
+#include "kvd_sli4cmds.h"
 
 #define KVD_SLI4_RETRIES 1
 #define KVD_SLI4_DELAY 100

@@ -18,7 +18,7 @@
 #include <unistd.h>
 
 #include "kvd_cmds.h"
-#include "kvd_sli4.h"
+#include "kvd_sli4cmds.h"
 
 #define KVD_IOV_RETRIES 5
 #define KVD_IOV_DELAY 100

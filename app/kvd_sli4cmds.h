@@ -2,8 +2,8 @@
  * The SLI-4 families: controller requests ("sli4") and the object store
  * ("sli4iov"). Their tables and the routines the unit tests reach.
  */
-#ifndef KVD_SLI4_SHELL_H
-#define KVD_SLI4_SHELL_H
+#ifndef KVD_SLI4CMDS_H
+#define KVD_SLI4CMDS_H
 
 #include "kvd.h"
 
