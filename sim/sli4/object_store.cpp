@@ -238,16 +238,21 @@ Result ObjectStore::write(std::string_view path, uint32_t offset, std::span<cons
             it = staged_.end() - 1;
         }
         it->data.clear(); // a new sequence drops whatever an earlier one left
+        it->writes = 0;
+        // Room for all the flash left, claimed once: pages are only taken
+        // as data lands, and the staged copy never moves while it grows.
+        const uint64_t free = spec_.capacity > used() ? spec_.capacity - used() : 0;
+        it->data.reserve(static_cast<size_t>(std::min(free, kObjectMax)));
     } else if (it == staged_.end() || offset != it->data.size()) {
         return kBadOffset;
     }
     if (it->data.size() + data.size() > kObjectMax || used() + data.size() > spec_.capacity)
         return kFull;
 
-    // Busy now and then: only part of a write that is not the last is taken.
+    // Busy once in a sequence: its Nth write, unless it is the last, is
+    // taken only in part.
     size_t take = data.size();
-    ++writes_;
-    if (!eof && spec_.busy_every && writes_ % spec_.busy_every == 0 && take >= 8)
+    if (++it->writes == spec_.busy_every && !eof && take >= 8)
         take = (take / 2) & ~size_t{3};
     it->data.insert(it->data.end(), data.begin(), data.begin() + static_cast<std::ptrdiff_t>(take));
     taken = static_cast<uint32_t>(take);

@@ -7,8 +7,9 @@
 // copy of the object, each following write must continue exactly where the
 // staged data ends, and only the write carrying end-of-file replaces the
 // object. A write sequence that stops early leaves the old object as it
-// was. Like real firmware under load, the store sometimes takes only part
-// of a write; the host sends the rest again.
+// was. Like real firmware under load, the store takes only part of one
+// write of each sequence (its Nth, when that is not the last); the host
+// sends the rest again.
 //
 // When given a host directory, the store keeps its objects there, so that
 // they outlive the process: committed writes and deletes go through to it.
@@ -28,7 +29,7 @@ struct ObjectStoreSpec {
     bool dump = true;                     // "/dbg/dump.bin" present at start
     std::string dir;                      // host directory that keeps the store (empty: memory only)
     uint64_t capacity = 256ull << 20;     // bytes of flash for objects and staged writes
-    uint32_t busy_every = 8;              // every Nth partial write is taken only in part (0: never)
+    uint32_t busy_every = 8;              // the Nth write of a sequence is taken in part (0: never)
     std::string firmware_rev = "0.0.0.0"; // revision name of the firmware objects
     std::string rom_rev = "0.0.0.0";      // revision name of the expansion ROMs
 };
@@ -102,6 +103,7 @@ class ObjectStore
     struct Staged {
         std::string path;
         std::vector<uint8_t> data;
+        uint32_t writes = 0; // requests of this sequence so far
     };
     struct Path {
         Directory *dir = nullptr;
@@ -123,7 +125,6 @@ class ObjectStore
     std::vector<Directory> dirs_;
     std::vector<Staged> staged_;
     uint32_t next_handle_ = 0x10;
-    uint64_t writes_ = 0;
 };
 
 } // namespace kvdsim

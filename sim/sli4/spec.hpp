@@ -16,7 +16,7 @@ struct Sli4Spec {
     uint8_t ipl_version = 3;
     bool dump = true;        // a diagnostic dump object is waiting
     std::string store_dir;   // host directory that keeps the object store
-    uint32_t busy_every = 8; // every Nth partial object write is taken in part (0: never)
+    uint32_t busy_every = 8; // the Nth write of each object write sequence is taken in part (0: never)
     uint64_t capacity = 256ull << 20;
 };
 

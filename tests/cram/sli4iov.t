@@ -278,8 +278,9 @@ Eof mode 0: no data request carries endOfFile; an empty request follows.
   $ req 4 40 8
   0000008010270000
 
-A busy adapter takes only part of every third write (board 1 of the test
-fleet): the shell sends the rest, and the smaller chunk stays.
+A busy adapter takes only half of the third write of a sequence (board 1 of
+the test fleet): the shell sends the rest, and the smaller chunk stays for
+the rest of the file.
 
   $ rm trace; KVD_SIM_FLEET=$KVD_FLEETS/sli4.json kvd -b 1 -c 'sli4iov write img /prg/busy.grp 2 1024 1' -c 'sli4iov read back /prg/busy.grp 1 3840'
   bin_name: img
@@ -302,17 +303,8 @@ fleet): the shell sends the rest, and the smaller chunk stays.
   320 0
   320 0
   320 0
-  192 0
-  192 0
-  192 0
-  128 0
-  128 0
-  128 0
-  96 0
-  96 0
-  96 0
-  80 0
-  68 0
+  320 0
+  260 0
   1024 0
   1024 0
   1024 0
