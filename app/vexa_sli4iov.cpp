@@ -231,8 +231,9 @@ int32_t download(const char *object_name, const char *file_name, uint32_t count,
     struct stat st;
     uint32_t chunk = count * size;
 
+    // Object offsets are 32-bit: a larger file cannot be an object.
     int rc = stat(file_name, &st);
-    if (rc != 0 || st.st_size == 0) {
+    if (rc != 0 || st.st_size == 0 || (uint64_t)st.st_size > UINT32_MAX) {
         printf("Stat or size error with file: %s size %d\n", file_name, rc != 0 ? 0 : (int32_t)st.st_size);
         return 1;
     }
@@ -367,6 +368,9 @@ int32_t sli4iovGetObject(const char *file_name, const char *object_name, uint32_
             break;
         }
         written += n;
+        // Offsets are 32-bit: an object never runs past them.
+        if (got > UINT32_MAX - offset)
+            break;
         offset += got;
         if (rsp.eof)
             break;

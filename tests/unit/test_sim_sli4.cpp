@@ -10,6 +10,7 @@
 
 #include "core/section.hpp"
 #include "sli4/object_store.hpp"
+#include "mailbox/firmware.hpp"
 #include "sli4/sli4_engine.hpp"
 #include "kvd_sli4.h"
 
@@ -490,4 +491,26 @@ TEST(Sli4Fleet, TheSli4SectionBelongsToSli4Boards)
         EXPECT_FALSE(parse_fleet(doc(c.fields), "t.json", error)) << c.fields;
         EXPECT_EQ(error, c.message);
     }
+}
+
+TEST(Sli4Engine, TheMailboxFirmwareRoutesSli4ConfigOnSli4BoardsOnly)
+{
+    const MailboxRow *row = Firmware::command(MBX_SLI4_CONFIG);
+    ASSERT_NE(row, nullptr);
+    EXPECT_EQ(row->sli_levels, kSli4);
+
+    Rig rig;
+    Firmware fw(rig.cfg);
+    fw.attach_sli4(rig.engine.get());
+    MAILBOX mb = rig.embedded(SLI4_OPC_NOP, SLI4_SUBSYSTEM_COMMON, 8);
+    ASSERT_EQ(fw.issue(reinterpret_cast<uint8_t *>(&mb), 64, 64, 1, rig.mem), 0);
+    EXPECT_EQ(mb.mbxStatus, MBXERR_OK);
+    EXPECT_EQ(Rig::response(mb).actual_response_length, 8u);
+
+    BoardSpec sli3 = rig.cfg;
+    sli3.sli_mode = 3;
+    Firmware old(sli3);
+    mb = rig.embedded(SLI4_OPC_NOP, SLI4_SUBSYSTEM_COMMON, 8);
+    ASSERT_EQ(old.issue(reinterpret_cast<uint8_t *>(&mb), 64, 64, 1, rig.mem), 0);
+    EXPECT_EQ(mb.mbxStatus, MBXERR_UNKNOWN_CMD);
 }
