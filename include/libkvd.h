@@ -15,6 +15,7 @@
 #include "kvd_brdinfo.h"
 #include "kvd_mbox.h"
 #include "kvd_sli4.h"
+#include "kvd_tarvo.h"
 
 #ifdef __cplusplus
 extern "C" {

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "asic/asic_spec.hpp"
 #include "sli4/spec.hpp"
 
 namespace kvdsim {
@@ -109,6 +110,7 @@ struct BoardSpec {
     uint32_t max_frame = 2048;
     Wwn fabric_name{};
     std::vector<RemotePort> remote_ports;
+    AsicSpec asic;                 // the Tarvo ASIC, when `tarvo`
 };
 
 struct Fleet {

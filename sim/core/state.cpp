@@ -88,6 +88,8 @@ void Library::load()
             Board &b = boards_[cfg.number];
             b.cfg = &cfg;
             b.fw = std::make_unique<Firmware>(cfg);
+            if (cfg.tarvo)
+                b.asic = std::make_unique<Asic>(cfg.asic);
             if (cfg.sli_mode == 4) {
                 b.sli4 = std::make_unique<Sli4Engine>(cfg, fleet_);
                 b.fw->attach_sli4(b.sli4.get());
@@ -101,6 +103,7 @@ void Library::load()
         for (Board &b : boards_) {
             b.cfg = nullptr;
             b.fw.reset();
+            b.asic.reset();
             b.sli4.reset();
         }
         fleet_.boards.clear();

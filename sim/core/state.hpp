@@ -14,6 +14,7 @@
 #include <string>
 
 #include "core/fault.hpp"
+#include "asic/asic.hpp"
 #include "mailbox/firmware.hpp"
 #include "sli4/sli4_engine.hpp"
 #include "core/fleet.hpp"
@@ -28,6 +29,7 @@ namespace kvdsim
 struct Board {
     const BoardSpec *cfg = nullptr;
     std::unique_ptr<Firmware> fw;     // mailbox firmware: every board
+    std::unique_ptr<Asic> asic;       // Tarvo ASIC: converged boards only
     std::unique_ptr<Sli4Engine> sli4; // SLI-4 configuration and object store: SLI-4 boards
 };
 

@@ -2,11 +2,16 @@
 #include "kvd_sli4.h" /* on its own first: it must bring what it needs */
 #include "libkvd.h"
 
-int kvd_headers_c11_probe(MAILBOX *mb);
-int kvd_headers_c11_probe(MAILBOX *mb)
+int kvd_headers_c11_probe(MAILBOX *sli4);
+int kvd_headers_c11_probe(MAILBOX *sli4)
 {
-    mb->mbxCommand = MBX_SLI4_CONFIG;
-    mb->un.varSli4Cfg.emb = 1;
-    return (int)sizeof(KVD_BRDINFO) + (int)sizeof(gorvik_common_read_object_cmd) +
-           IssueInternalMboxWithRetryEx(0, mb, 0, 0, 0, 0, 1, 100) + kvd_get_board_sli4_if_type(0);
+    MAILBOX mb = {0};
+    tarvo_cmd_t cmd = {0};
+    mb.mbxCommand = MBX_READ_REV;
+    cmd.get.code = TARVO_CMD_GET_INIT;
+    sli4->mbxCommand = MBX_SLI4_CONFIG;
+    sli4->un.varSli4Cfg.emb = 1;
+    return (int)sizeof(KVD_BRDINFO) + mb.mbxCommand + (int)cmd.code + (int)sizeof(tarvo_rsp_t) +
+           (int)sizeof(gorvik_common_read_object_cmd) + IssueInternalMboxWithRetryEx(0, sli4, 0, 0, 0, 0, 1, 100) +
+           kvd_get_board_sli4_if_type(0);
 }
