@@ -7,6 +7,9 @@
 #include <filesystem>
 #include <fstream>
 
+#include <sys/mman.h>
+#include <unistd.h>
+
 #include "kvd_sli4.h"
 
 namespace kvdsim
@@ -65,6 +68,17 @@ std::vector<uint8_t> make_content(const std::string &path, uint32_t size)
     const std::string head = "QMOBJ " + path;
     std::memcpy(v.data(), head.data(), std::min<size_t>(head.size(), size));
     return v;
+}
+
+// Large staging areas are backed by huge pages where the host allows it:
+// a 64 MiB object then takes 32 page faults instead of 16384.
+void advise_huge(std::vector<uint8_t> &v)
+{
+    const uintptr_t page = static_cast<uintptr_t>(sysconf(_SC_PAGESIZE));
+    const uintptr_t begin = (reinterpret_cast<uintptr_t>(v.data()) + page - 1) & ~(page - 1);
+    const uintptr_t end = (reinterpret_cast<uintptr_t>(v.data()) + v.capacity()) & ~(page - 1);
+    if (v.capacity() >= (4u << 20) && end > begin)
+        (void)madvise(reinterpret_cast<void *>(begin), end - begin, MADV_HUGEPAGE);
 }
 
 } // namespace
@@ -243,6 +257,7 @@ Result ObjectStore::write(std::string_view path, uint32_t offset, std::span<cons
         // as data lands, and the staged copy never moves while it grows.
         const uint64_t free = spec_.capacity > used() ? spec_.capacity - used() : 0;
         it->data.reserve(static_cast<size_t>(std::min(free, kObjectMax)));
+        advise_huge(it->data);
     } else if (it == staged_.end() || offset != it->data.size()) {
         return kBadOffset;
     }
