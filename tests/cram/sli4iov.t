@@ -261,6 +261,11 @@ word at record byte 40), earlier ones do not. Read back in chunks of
   040000000002000000000000
   $ ls -l back | cut -c1-10
   -rwx------
+  $ kvd -b 2 -c 'sli4iov read small /vpd/fc_bf.vpd 1 4' -c 'sli4iov read large /vpd/fc_bf.vpd 8 3840' | grep Wrote
+  Wrote 512 bytes to file: small
+  Wrote 512 bytes to file: large
+  $ cmp small large && echo same
+  same
 
 Eof mode 0: no data request carries endOfFile; an empty request follows.
 
