@@ -415,3 +415,30 @@ cannot take the data ends the read.
   $ kvd -b 2 -c 'sli4iov read /dev/full /prg/wol.prg 1 64' | tail -2
   ERROR: writing to /dev/full
   Wrote 0 bytes to file: /dev/full
+
+A fleet may keep the store in a host directory: what one run writes or
+deletes, the next one finds.
+
+  $ cat > kept.json <<JSON
+  > {"boards": [{"board": 0, "wwpn": "10:00:06:4b:51:c8:00:50", "sli_mode": 4,
+  >              "sli4": {"store_dir": "$PWD/store"}}]}
+  > JSON
+  $ KVD_SIM_FLEET=kept.json kvd -c 'sli4iov write img /xrom/kept.xrom 8 3840 1' -c 'sli4iov delete /dbg/dump.bin' | tail -1
+  Deleting object: /dbg/dump.bin
+  $ KVD_SIM_FLEET=kept.json kvd -c 'sli4iov read again /xrom/kept.xrom 8 3840' -c 'sli4iov quickdump' | tail -2
+  Error reading /dbg/dump.bin: rc 5 status x0001 additionalStatus x0040
+  Dump object does not exist
+  $ cmp img again && echo same
+  same
+  $ ls store store/xrom
+  store:
+  dbg
+  prg
+  vpd
+  xrom
+  
+  store/xrom:
+  fc.xrom
+  iscsi.xrom
+  kept.xrom
+  ntr.xrom
