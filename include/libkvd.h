@@ -16,6 +16,7 @@
 #include "kvd_mbox.h"
 #include "kvd_sli4.h"
 #include "kvd_tarvo.h"
+#include "kvd_port.h"
 
 #ifdef __cplusplus
 extern "C" {

@@ -96,12 +96,15 @@ void Library::load()
             }
             if (!cfg.online)
                 b.fw->set_state(BoardState::offline);
+            b.port = std::make_unique<Port>(cfg);
+            b.port->power_on(*b.fw);
             mask |= 1u << cfg.number;
         }
     } catch (const std::exception &e) {
         fprintf(stderr, "libkvd: cannot start the boards' firmware: %s\n", e.what());
         for (Board &b : boards_) {
             b.cfg = nullptr;
+            b.port.reset();
             b.fw.reset();
             b.asic.reset();
             b.sli4.reset();

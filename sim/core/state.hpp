@@ -16,6 +16,7 @@
 #include "core/fault.hpp"
 #include "asic/asic.hpp"
 #include "mailbox/firmware.hpp"
+#include "port/port.hpp"
 #include "sli4/sli4_engine.hpp"
 #include "core/fleet.hpp"
 #include "core/trace.hpp"
@@ -30,6 +31,7 @@ struct Board {
     const BoardSpec *cfg = nullptr;
     std::unique_ptr<Firmware> fw;     // mailbox firmware: every board
     std::unique_ptr<Asic> asic;       // Tarvo ASIC: converged boards only
+    std::unique_ptr<Port> port;       // driver port settings: every board
     std::unique_ptr<Sli4Engine> sli4; // SLI-4 configuration and object store: SLI-4 boards
 };
 

@@ -20,11 +20,12 @@ struct Sli4Spec {
     uint64_t capacity = 256ull << 20;
 };
 
-struct BoardReading;
+class Section;
+struct BoardSpec;
 
 // Reads the board's "sli4" object, if any, into spec.sli4. Only SLI-4
 // boards may have one; "dump" and "store_dir" only boards with an object
 // store.
-void read_sli4_section(BoardReading &r);
+void read_sli4_section(Section &board, BoardSpec &spec);
 
 } // namespace kvdsim

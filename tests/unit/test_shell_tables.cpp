@@ -13,9 +13,11 @@
 #include "mailbox/firmware.hpp"
 #include "sli4/sli4_engine.hpp"
 #include "tarvo/tarvo.h"
+#include "port/port.hpp"
 
 using kvdsim::Asic;
 using kvdsim::Firmware;
+using kvdsim::Port;
 using kvdsim::RowInfo;
 using kvdsim::Sli4Engine;
 
@@ -62,6 +64,7 @@ TEST(Tables, EngineCodesAndNamesAreUnique)
 {
     expect_unique_codes(Firmware::commands(), "mailbox");
     expect_unique_codes(Asic::commands(), "asic");
+    expect_unique_codes(Port::commands(), "port");
     expect_unique_codes(Sli4Engine::commands(), "sli4");
 }
 
