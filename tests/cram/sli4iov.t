@@ -442,3 +442,11 @@ deletes, the next one finds.
   iscsi.xrom
   kept.xrom
   ntr.xrom
+
+An empty object (put there through the host directory) answers its first
+read with no bytes and the end: the shell reports the short host write.
+
+  $ : > store/dbg/empty.bin
+  $ KVD_SIM_FLEET=kept.json kvd -c 'sli4iov read out /dbg/empty.bin 1 64' | tail -2
+  ERROR: writing to out
+  Wrote 0 bytes to file: out
