@@ -207,7 +207,8 @@ Result ObjectStore::read(std::string_view path, uint32_t offset, std::span<uint8
     if (offset > data.size())
         return kBadOffset;
     const size_t n = std::min(out.size(), data.size() - offset);
-    std::memcpy(out.data(), data.data() + offset, n);
+    if (n) // an empty object has no storage to copy from
+        std::memcpy(out.data(), data.data() + offset, n);
     got = static_cast<uint32_t>(n);
     eof = offset + n >= data.size();
     return kOk;

@@ -122,6 +122,9 @@ uint16_t Sli4Engine::run(MAILBOX &mb, HostMemory &mem, std::span<uint8_t> payloa
         }
     }
 
+    // Not even room for the header: nothing to read or answer.
+    if (area.size() < kHdr)
+        return MBXERR_DMA_ERROR;
     Sli4Request r{area, payload, {}};
     std::memcpy(&r.hdr, area.data(), sizeof r.hdr);
     dispatch(r, name, rule);

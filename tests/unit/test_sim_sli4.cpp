@@ -514,3 +514,18 @@ TEST(Sli4Engine, TheMailboxFirmwareRoutesSli4ConfigOnSli4BoardsOnly)
     ASSERT_EQ(old.issue(reinterpret_cast<uint8_t *>(&mb), 64, 64, 1, rig.mem), 0);
     EXPECT_EQ(mb.mbxStatus, MBXERR_UNKNOWN_CMD);
 }
+
+TEST(Sli4Engine, ARequestBufferShorterThanItsHeaderIsNotRead)
+{
+    Rig rig;
+    std::vector<uint8_t> ext(4, 0xEE);
+    MAILBOX mb{};
+    mb.mbxCommand = MBX_SLI4_CONFIG;
+    mb.un.varSli4Cfg.sge_count = 1;
+    const uint64_t a = reinterpret_cast<uintptr_t>(ext.data());
+    mb.un.varSli4Cfg.un.sge.addr_lo = static_cast<uint32_t>(a);
+    mb.un.varSli4Cfg.un.sge.addr_hi = static_cast<uint32_t>(a >> 32);
+    mb.un.varSli4Cfg.un.sge.length = 20; // more than the extension holds
+    EXPECT_EQ(rig.engine->run(mb, rig.mem, ext), MBXERR_DMA_ERROR);
+    EXPECT_EQ(ext, std::vector<uint8_t>(4, 0xEE));
+}
