@@ -105,8 +105,8 @@
     X("setmgmt", setmgmt, STUB) \
     X("!", shell, BUILT) \
     X("showmmm", showmmm, BUILT) \
-    X("sli4", sli4, STUB) \
-    X("sli4iov", sli4iov, STUB) \
+    X("sli4", sli4, BUILT) \
+    X("sli4iov", sli4iov, BUILT) \
     X("slireadstat", slireadstat, BUILT) \
     X("urevent", uregevent, STUB) \
     X("vpdinfo", vpdInfo, STUB) \

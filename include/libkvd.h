@@ -14,6 +14,7 @@
 #include "kvd_attr.h"
 #include "kvd_brdinfo.h"
 #include "kvd_mbox.h"
+#include "kvd_sli4.h"
 #include "kvd_tarvo.h"
 #include "kvd_port.h"
 #include "kvd_passthru.h"

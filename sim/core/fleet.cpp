@@ -509,6 +509,7 @@ constexpr BoardReader kBoardReaders[] = {
     read_asic_section,
     [](BoardReading &r) { read_port_section(r.board, r.spec); },
     [](BoardReading &r) { read_scsi_section(r.board, r.spec); },
+    [](BoardReading &r) { read_sli4_section(r.board, r.spec); },
 };
 
 BoardSpec read_board(const Json &j, const std::string &place, const Fleet &fleet)

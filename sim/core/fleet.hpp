@@ -11,6 +11,7 @@
 #include "asic/asic_spec.hpp"
 #include "port/port_spec.hpp"
 #include "scsi/luns.hpp"
+#include "sli4/spec.hpp"
 
 namespace kvdsim {
 
@@ -97,6 +98,7 @@ struct BoardSpec {
     bool tarvo = false;            // carries the Tarvo converged-network ASIC
     int if_type = 0;               // SLI-4 interface type (0 when not SLI-4)
     bool object_store = false;     // SLI-4 object store present
+    Sli4Spec sli4;                 // SLI-4 configuration engine and object store
     uint64_t features = 0;         // KVDDRVINFO featureList bits
     uint32_t npiv_max_vports = 0;
     FirmwareRevision revision;

@@ -92,6 +92,10 @@ void Library::load()
                 b.asic = std::make_unique<Asic>(cfg.asic);
             b.fabric = std::make_unique<Fabric>(cfg);
             b.scsi = std::make_unique<ScsiTargets>(cfg);
+            if (cfg.sli_mode == 4) {
+                b.sli4 = std::make_unique<Sli4Engine>(cfg, fleet_);
+                b.fw->attach_sli4(b.sli4.get());
+            }
             if (!cfg.online)
                 b.fw->set_state(BoardState::offline);
             b.port = std::make_unique<Port>(cfg);
@@ -107,6 +111,7 @@ void Library::load()
             b.asic.reset();
             b.fabric.reset();
             b.scsi.reset();
+            b.sli4.reset();
         }
         fleet_.boards.clear();
         mask = 0;

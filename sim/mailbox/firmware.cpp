@@ -5,6 +5,7 @@
 // from the board number, never from a clock, so that transcripts of the
 // shell against a virtual fleet stay the same from run to run.
 #include "mailbox/firmware.hpp"
+#include "sli4/sli4_engine.hpp"
 
 #include "core/fault.hpp"
 
@@ -494,6 +495,7 @@ struct MailboxCommands {
         {MBX_RUN_BIU_DIAG64, "RUN_BIU_DIAG64", kSliAll, 7, 1, &Firmware::biu_loopback},
         {MBX_READ_SPARM64, "READ_SPARM64", kSliAll, 4, 1, &Firmware::read_sparm64},
         {MBX_SET_DEBUG, "SET_DEBUG", kSliAll, 3, 1, &Firmware::set_debug},
+        {MBX_SLI4_CONFIG, "SLI4_CONFIG", kSli4, MAILBOX_WORDS, MAILBOX_WORDS, &Firmware::sli4_config},
     };
 };
 static_assert(unique_codes(MailboxCommands::table), "two firmware commands share a code");
@@ -512,6 +514,15 @@ const MailboxRow *Firmware::command(uint8_t code)
 
 // ---------------------------------------------------------------------------
 // Commands. On an error status the variant goes back as it was sent.
+
+// The request (embedded, or named by a scatter-gather entry) and the data
+// behind the record are the SLI-4 engine's to read and answer.
+uint16_t Firmware::sli4_config(MailboxCommand &cmd)
+{
+    if (!sli4_)
+        return MBXERR_UNKNOWN_CMD;
+    return sli4_->run(cmd.mb, cmd.mem, cmd.payload);
+}
 
 uint16_t Firmware::read_nv(MailboxCommand &cmd)
 {

@@ -46,6 +46,7 @@ struct PortCounters {
 enum class BoardState { ready, offline, resetting };
 
 class Firmware;
+class Sli4Engine;
 
 // One mailbox command as a handler sees it: the record (a private copy,
 // words not handed over read as zero), host memory for the buffer
@@ -103,6 +104,13 @@ class Firmware
     const BoardSpec &cfg() const
     {
         return cfg_;
+    }
+
+    // SLI4_CONFIG requests go to the board's SLI-4 engine (none: the
+    // command is unknown).
+    void attach_sli4(Sli4Engine *engine)
+    {
+        sli4_ = engine;
     }
 
     // Link timers as CONFIG_LINK stores them (milliseconds).
@@ -180,6 +188,7 @@ class Firmware
     uint16_t set_debug(MailboxCommand &cmd);
     uint16_t read_port_cap(MailboxCommand &cmd);
     uint16_t biu_loopback(MailboxCommand &cmd);
+    uint16_t sli4_config(MailboxCommand &cmd);
 
     uint32_t ring_count() const;
     bool topology_allows(uint16_t link_flags) const;
@@ -209,6 +218,7 @@ class Firmware
     std::vector<Login> logins_;
     uint32_t trace_mask_ = 0, trace_ring_ = 0;
     uint32_t debug_addr_ = 0, debug_value_ = 0;
+    Sli4Engine *sli4_ = nullptr;
 };
 
 } // namespace kvdsim

@@ -9,7 +9,9 @@
 
 #include "kvd.h"
 #include "asic/asic.hpp"
+#include "kvd_sli4cmds.h"
 #include "mailbox/firmware.hpp"
+#include "sli4/sli4_engine.hpp"
 #include "tarvo/tarvo.h"
 #include "port/port.hpp"
 
@@ -23,6 +25,7 @@ using kvdsim::Firmware;
 using kvdsim::Port;
 using kvdsim::RowInfo;
 using kvdsim::ScsiTargets;
+using kvdsim::Sli4Engine;
 
 namespace
 {
@@ -57,6 +60,8 @@ TEST(Tables, ShellWordsAreUnique)
     expect_unique_words(kvdCmds, kvdcmdcnt, "kvdCmds");
     expect_unique_words(mboxinfo, g_mboxinfo_array_size, "mboxinfo");
     expect_unique_words(tarvoinfo, tarvoinfo_array_size, "tarvoinfo");
+    expect_unique_words(sli4info, g_sli4info_array_size, "sli4info");
+    expect_unique_words(sli4iovinfo, g_sli4iovinfo_array_size, "sli4iovinfo");
     EXPECT_STREQ(kvdCmds[0].c_string, "inval");
     EXPECT_STREQ(mboxinfo[0].c_string, "mbinval");
 }
@@ -66,6 +71,7 @@ TEST(Tables, EngineCodesAndNamesAreUnique)
     expect_unique_codes(Firmware::commands(), "mailbox");
     expect_unique_codes(Asic::commands(), "asic");
     expect_unique_codes(Port::commands(), "port");
+    expect_unique_codes(Sli4Engine::commands(), "sli4");
     expect_unique_codes(ScsiTargets::commands(), "scsi");
     expect_unique_codes(Fabric::els_commands(), "els");
     expect_unique_codes(Fabric::ct_commands(), "ct");
