@@ -14,6 +14,8 @@
 #include "kvd_attr.h"
 #include "kvd_brdinfo.h"
 #include "kvd_mbox.h"
+#include "kvd_mgmt.h"
+#include "kvd_regs.h"
 
 #ifdef __cplusplus
 extern "C" {

@@ -11,6 +11,7 @@
 #include <cstring>
 
 #include "attributes.hpp"
+#include "pci/board_env.hpp"
 #include "state.hpp"
 
 using namespace kvdsim;
@@ -44,15 +45,12 @@ uint32_t fill_table(Library &lib, Entry *table, uint32_t entries, Fill fill)
     return filled;
 }
 
-// The driver-wide fields that entry 0 carries, present board or not.
-template <class Entry> void driver_fields(const Fleet &fleet, Entry &e)
+// The driver-wide fields that entry 0 carries, present board or not. The
+// masks show each board as it is now, online or taken offline.
+template <class Entry> void driver_fields(Library &lib, Entry &e)
 {
-    for (const BoardSpec &cfg : fleet.boards) {
-        if (cfg.online)
-            e.a_onmask |= 1u << cfg.number;
-        else
-            e.a_offmask |= 1u << cfg.number;
-    }
+    const Fleet &fleet = lib.fleet();
+    board_masks(lib, e.a_onmask, e.a_offmask);
     size_t n = fleet.driver_version.size() < sizeof e.a_drvrid - 1 ? fleet.driver_version.size()
                                                                    : sizeof e.a_drvrid - 1;
     memset(e.a_drvrid, 0, sizeof e.a_drvrid);
@@ -76,8 +74,9 @@ uint32_t KVD_InitDiagEnv(KVD_BRDINFO *brdinfo, uint32_t max_boards)
         if (brdinfo && entries) {
             filled = fill_table(c.lib, brdinfo, entries,
                                 [](const BoardSpec &cfg, KVD_BRDINFO &e) { board_entry(cfg, e); });
-            driver_fields(c.lib.fleet(), brdinfo[0]);
+            driver_fields(c.lib, brdinfo[0]);
         }
+        remember_board_table(entries ? brdinfo : nullptr);
         c.line.result(filled);
         if (brdinfo)
             c.line.bytes("out", brdinfo, sizeof(KVD_BRDINFO) * entries);
@@ -102,7 +101,7 @@ uint32_t InitDiagEnv(BRDINFO *brdinfo)
         if (brdinfo) {
             filled = fill_table(c.lib, brdinfo, KVD_MAX_BOARDS,
                                 [](const BoardSpec &cfg, BRDINFO &e) { legacy_board_entry(cfg, e); });
-            driver_fields(c.lib.fleet(), brdinfo[0]);
+            driver_fields(c.lib, brdinfo[0]);
         }
         c.line.result(filled);
         if (brdinfo)
@@ -126,6 +125,7 @@ void KVD_FreeDiagEnv(void)
     }
     // The boards and their firmware stay: the hardware does not go away
     // with the environment, and a later KVD_InitDiagEnv finds it as it was.
+    forget_board_table();
     Library::set_open(false);
     line.result(0).emit();
 }

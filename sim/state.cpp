@@ -90,6 +90,8 @@ void Library::load()
             b.fw = std::make_unique<Firmware>(cfg);
             if (!cfg.online)
                 b.fw->set_state(BoardState::offline);
+            b.pci = std::make_unique<PciEngine>(cfg, b.fw->link().event_tag);
+            b.mgmt = std::make_unique<MgmtEngine>(cfg, b.fw->link().event_tag);
             mask |= 1u << cfg.number;
         }
     } catch (const std::exception &e) {
@@ -97,6 +99,8 @@ void Library::load()
         for (Board &b : boards_) {
             b.cfg = nullptr;
             b.fw.reset();
+            b.pci.reset();
+            b.mgmt.reset();
         }
         fleet_.boards.clear();
         mask = 0;

@@ -16,6 +16,8 @@
 #include "fault.hpp"
 #include "firmware.hpp"
 #include "fleet.hpp"
+#include "mgmt/mgmt.hpp"
+#include "pci/pci_engine.hpp"
 #include "trace.hpp"
 
 namespace kvdsim
@@ -24,6 +26,8 @@ namespace kvdsim
 struct Board {
     const BoardSpec *cfg = nullptr;
     std::unique_ptr<Firmware> fw;
+    std::unique_ptr<PciEngine> pci;   // configuration space, registers, SLIM
+    std::unique_ptr<MgmtEngine> mgmt; // RNID management information
 };
 
 class Library
