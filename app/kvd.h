@@ -12,6 +12,8 @@
 
 #include "libkvd.h"
 
+#include "kvd_mboxlist.h"
+
 /* Command statuses (a handler's result; in option mode the exit status). */
 #define KVD_OK 0
 #define KVD_FAIL (-1)
@@ -92,8 +94,11 @@ KVD_HANDLER(kvd_not_implemented);
 /* Mailbox family: issuing wrappers, the sub-command table and its size. */
 int32_t kvd_IssueMbox(uint32_t board, MAILBOX *mb, uint32_t words_in, uint32_t words_out);
 int32_t kvd_IssueMboxV2(uint32_t board, MAILBOX *mb);
-constexpr int32_t g_mboxinfo_array_size = 40;
+#define KVD_MBOX_COUNT_ROW(word, handler, code) +1
+constexpr int32_t g_mboxinfo_array_size = 0 KVD_MBOX_ROWS(KVD_MBOX_COUNT_ROW);
+#undef KVD_MBOX_COUNT_ROW
 extern cmdinfo mboxinfo[g_mboxinfo_array_size];
+extern const uint8_t mboxcodes[g_mboxinfo_array_size]; /* command each row issues, 0: none */
 KVD_HANDLER(mbinval);
 
 /* SLI level (2, 3 or 4) and protocol (0 FCoE, 1 Fibre Channel) of a board,

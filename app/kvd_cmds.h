@@ -1,109 +1,15 @@
 /*
- * Handlers of the top-level command table, one per command word.
+ * Handlers of the top-level command table, one per command word, declared
+ * from the command list.
  */
 #ifndef KVD_CMDS_H
 #define KVD_CMDS_H
 
 #include "kvd.h"
+#include "kvd_cmdlist.h"
 
-KVD_HANDLER(authdelcfg);
-KVD_HANDLER(authgetcfg);
-KVD_HANDLER(authgetpsswd);
-KVD_HANDLER(authinit);
-KVD_HANDLER(authlist);
-KVD_HANDLER(authsetcfg);
-KVD_HANDLER(authsetpsswd);
-KVD_HANDLER(authstatus);
-KVD_HANDLER(ct);
-KVD_HANDLER(dportattr);
-KVD_HANDLER(drvinfo);
-KVD_HANDLER(dumpreg);
-KVD_HANDLER(dumpregion);
-KVD_HANDLER(fcoegetfcflist);
-KVD_HANDLER(fcoegetlist);
-KVD_HANDLER(fcoegetparams);
-KVD_HANDLER(fcoesetlist);
-KVD_HANDLER(fcoesetparams);
-KVD_HANDLER(fcpmap);
-KVD_HANDLER(getcfg);
-KVD_HANDLER(getevent);
-KVD_HANDLER(getfcpconfig);
-KVD_HANDLER(getfcppriority);
-KVD_HANDLER(getmgmt);
-KVD_HANDLER(hbaattr);
-KVD_HANDLER(iportattr);
-KVD_HANDLER(issuedumpmbox);
-KVD_HANDLER(linkinfo);
-KVD_HANDLER(listbind);
-KVD_HANDLER(logging);
-KVD_HANDLER(loopback);
-KVD_HANDLER(mbox);
-KVD_HANDLER(nodeInform);
-KVD_HANDLER(persistlinkget);
-KVD_HANDLER(persistlinkset);
-KVD_HANDLER(portattr);
-KVD_HANDLER(portstat);
-KVD_HANDLER(qoslinkspeed);
-KVD_HANDLER(rdallpci);
-KVD_HANDLER(rdca);
-KVD_HANDLER(rdha);
-KVD_HANDLER(rdhc);
-KVD_HANDLER(rdhs);
-KVD_HANDLER(rdpci);
-KVD_HANDLER(refresh);
-KVD_HANDLER(regevent);
-KVD_HANDLER(reset);
-KVD_HANDLER(rffreg);
-KVD_HANDLER(riocb);
-KVD_HANDLER(rnid);
-KVD_HANDLER(sd_all_events);
-KVD_HANDLER(sd_free_bucket);
-KVD_HANDLER(sd_get_bucket);
-KVD_HANDLER(sd_get_data);
-KVD_HANDLER(sd_granularity);
-KVD_HANDLER(sd_latency);
-KVD_HANDLER(sd_quick_event);
-KVD_HANDLER(sd_reset_data_coll);
-KVD_HANDLER(sd_revent);
-KVD_HANDLER(sd_set_bucket);
-KVD_HANDLER(sd_show_events);
-KVD_HANDLER(sd_start_data_coll);
-KVD_HANDLER(sd_stop_data_coll);
-KVD_HANDLER(sd_test_env);
-KVD_HANDLER(sd_urevent);
-KVD_HANDLER(sd_verbose);
-KVD_HANDLER(sdiag);
-KVD_HANDLER(sdump);
-KVD_HANDLER(sendels);
-KVD_HANDLER(sendfcp);
-KVD_HANDLER(sendmgmt);
-KVD_HANDLER(sendscsi);
-KVD_HANDLER(setcfg);
-KVD_HANDLER(setfcpconfig);
-KVD_HANDLER(setfcppriority);
-KVD_HANDLER(setmgmt);
-KVD_HANDLER(showmmm);
-KVD_HANDLER(sli4);
-KVD_HANDLER(sli4iov);
-KVD_HANDLER(slireadstat);
-KVD_HANDLER(tarvo);
-KVD_HANDLER(uregevent);
-KVD_HANDLER(vpcreate);
-KVD_HANDLER(vpdInfo);
-KVD_HANDLER(vpdelete);
-KVD_HANDLER(vpgetattr);
-KVD_HANDLER(vpgetlist);
-KVD_HANDLER(vpgetninfo);
-KVD_HANDLER(vpgetphys);
-KVD_HANDLER(vpgetres);
-KVD_HANDLER(vpnpivrdy);
-KVD_HANDLER(wffreg);
-KVD_HANDLER(wportattr);
-KVD_HANDLER(wrca);
-KVD_HANDLER(wrha);
-KVD_HANDLER(wrhc);
-KVD_HANDLER(wrhs);
-KVD_HANDLER(wrpci);
-KVD_HANDLER(wslim);
+#define KVD_DECLARE_HANDLER(word, handler, state) KVD_HANDLER(handler);
+KVD_COMMANDS(KVD_DECLARE_HANDLER)
+#undef KVD_DECLARE_HANDLER
 
 #endif

@@ -1,6 +1,6 @@
-// Commands whose families are not built yet: each keeps its row and its
-// handler name and answers "Not Implemented". A family's file replaces its
-// lines here when it arrives.
+// Commands whose families are not built yet keep their row and their
+// handler name and answer "Not Implemented". The command list marks them
+// STUB; a family that arrives marks its rows BUILT there.
 #include "kvd_cmds.h"
 
 KVD_HANDLER(kvd_not_implemented)
@@ -11,74 +11,11 @@ KVD_HANDLER(kvd_not_implemented)
     return KVD_OK;
 }
 
-#define KVD_NOT_YET(name) \
-    KVD_HANDLER(name) { return kvd_not_implemented(row, arg); }
-
-KVD_NOT_YET(authdelcfg)
-KVD_NOT_YET(authgetcfg)
-KVD_NOT_YET(authgetpsswd)
-KVD_NOT_YET(authinit)
-KVD_NOT_YET(authlist)
-KVD_NOT_YET(authsetcfg)
-KVD_NOT_YET(authsetpsswd)
-KVD_NOT_YET(authstatus)
-KVD_NOT_YET(ct)
-KVD_NOT_YET(fcoegetfcflist)
-KVD_NOT_YET(fcoegetlist)
-KVD_NOT_YET(fcoegetparams)
-KVD_NOT_YET(fcoesetlist)
-KVD_NOT_YET(fcoesetparams)
-KVD_NOT_YET(fcpmap)
-KVD_NOT_YET(getcfg)
-KVD_NOT_YET(getevent)
-KVD_NOT_YET(getfcpconfig)
-KVD_NOT_YET(getfcppriority)
-KVD_NOT_YET(issuedumpmbox)
-KVD_NOT_YET(listbind)
-KVD_NOT_YET(logging)
-KVD_NOT_YET(loopback)
-KVD_NOT_YET(nodeInform)
-KVD_NOT_YET(persistlinkget)
-KVD_NOT_YET(persistlinkset)
-KVD_NOT_YET(qoslinkspeed)
-KVD_NOT_YET(regevent)
-KVD_NOT_YET(reset)
-KVD_NOT_YET(riocb)
-KVD_NOT_YET(sd_all_events)
-KVD_NOT_YET(sd_free_bucket)
-KVD_NOT_YET(sd_get_bucket)
-KVD_NOT_YET(sd_get_data)
-KVD_NOT_YET(sd_granularity)
-KVD_NOT_YET(sd_latency)
-KVD_NOT_YET(sd_quick_event)
-KVD_NOT_YET(sd_reset_data_coll)
-KVD_NOT_YET(sd_revent)
-KVD_NOT_YET(sd_set_bucket)
-KVD_NOT_YET(sd_show_events)
-KVD_NOT_YET(sd_start_data_coll)
-KVD_NOT_YET(sd_stop_data_coll)
-KVD_NOT_YET(sd_test_env)
-KVD_NOT_YET(sd_urevent)
-KVD_NOT_YET(sd_verbose)
-KVD_NOT_YET(sendels)
-KVD_NOT_YET(sendfcp)
-KVD_NOT_YET(sendmgmt)
-KVD_NOT_YET(sendscsi)
-KVD_NOT_YET(setcfg)
-KVD_NOT_YET(setfcpconfig)
-KVD_NOT_YET(setfcppriority)
-KVD_NOT_YET(showmmm)
-KVD_NOT_YET(sli4)
-KVD_NOT_YET(sli4iov)
-KVD_NOT_YET(slireadstat)
-KVD_NOT_YET(tarvo)
-KVD_NOT_YET(uregevent)
-KVD_NOT_YET(vpcreate)
-KVD_NOT_YET(vpdInfo)
-KVD_NOT_YET(vpdelete)
-KVD_NOT_YET(vpgetattr)
-KVD_NOT_YET(vpgetlist)
-KVD_NOT_YET(vpgetninfo)
-KVD_NOT_YET(vpgetphys)
-KVD_NOT_YET(vpgetres)
-KVD_NOT_YET(vpnpivrdy)
+#define KVD_STUB_STUB(handler)                                                                               \
+    KVD_HANDLER(handler)                                                                                     \
+    {                                                                                                        \
+        return kvd_not_implemented(row, arg);                                                                \
+    }
+#define KVD_STUB_BUILT(handler)
+#define KVD_STUB(word, handler, state) KVD_STUB_##state(handler)
+KVD_COMMANDS(KVD_STUB)

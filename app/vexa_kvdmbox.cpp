@@ -397,49 +397,15 @@ static KVD_HANDLER(setdebug)
 }
 
 // Row 0 is the fallback for an unknown word and is never matched by name.
-cmdinfo mboxinfo[] = {
-    {"mbinval", mbinval},
-    {"loadsm", loadsm},
-    {"readnv", readnv},
-    {"readnv2", readnv2},
-    {"writenv", writenv},
-    {"runbiudiag", runbiudiag},
-    {"initlink", kvd_initlink},
-    {"downlink", kvd_downlink},
-    {"cfglink", cfglink},
-    {"cfgring", cfgring},
-    {"resetring", kvd_resetring},
-    {"rdcfg", rdcfg},
-    {"rdrcfg", rdrcfg},
-    {"rdsparm", rdsparm},
-    {"rdsparm64", rdsparm64},
-    {"rdstat", rdstat},
-    {"rdrpi", rdrpi},
-    {"rdxri", rdxri},
-    {"rdrev", rdrev},
-    {"rdrev2", rdrev2},
-    {"rdlnkstat", rdlnkstat},
-    {"readportcap", readportcap},
-    {"reglogin", reglogin},
-    {"ureglogin", ureglogin},
-    {"rdla", rdla},
-    {"clrla", clrla},
-    {"dmpmem", dmpmem},
-    {"dmpmem_ext", dmpmem_ext},
-    {"dmpmem3_ext", dmpmem3_ext},
-    {"udtcfg_ext", udtcfg_ext},
-    {"udtcfg2_ext", udtcfg2_ext},
-    {"udtcfg3_ext", udtcfg3_ext},
-    {"dmpctx", dmpctx},
-    {"rundiag", rundiag},
-    {"rdevtlog", rdevtlog},
-    {"wrevtlog", wrevtlog},
-    {"restart", kvd_restart},
-    {"setmask", setmask},
-    {"setdebug", setdebug},
-    {"setvar", setvar},
-};
+#define KVD_MBOX_TABLE_ROW(word, handler, code) {word, handler},
+cmdinfo mboxinfo[] = {KVD_MBOX_ROWS(KVD_MBOX_TABLE_ROW)};
+#undef KVD_MBOX_TABLE_ROW
 
+#define KVD_MBOX_CODE(word, handler, code) code,
+const uint8_t mboxcodes[] = {KVD_MBOX_ROWS(KVD_MBOX_CODE)};
+#undef KVD_MBOX_CODE
+
+static_assert(g_mboxinfo_array_size == 40, "the mailbox family has 40 rows");
 static_assert(sizeof(mboxinfo) / sizeof(mboxinfo[0]) == g_mboxinfo_array_size,
               "one row per mailbox sub-command");
 

@@ -41,6 +41,7 @@
 #define MBX_READ_EVENT_LOG 0x38
 #define MBX_WRITE_EVENT_LOG 0x39
 #define MBX_READ_PORT_CAP 0x3B
+#define MBX_RUN_BIU_DIAG64 0x84 /* PCI loopback with 64-bit descriptors */
 #define MBX_READ_SPARM64 0x8D
 #define MBX_SET_DEBUG 0x99
 #define MBX_SLI4_CONFIG 0x9B

@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-#include "fleet.hpp"
+#include "core/fleet.hpp"
 #include "kvd_mgmt.h"
 
 namespace kvdsim

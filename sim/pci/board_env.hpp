@@ -9,7 +9,7 @@
 #include <cstdint>
 
 #include "kvd_brdinfo.h"
-#include "state.hpp"
+#include "core/state.hpp"
 
 namespace kvdsim
 {

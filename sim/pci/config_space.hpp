@@ -7,7 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "fleet.hpp"
+#include "core/fleet.hpp"
 
 namespace kvdsim
 {

@@ -13,7 +13,7 @@
 #include <vector>
 
 #include "config_space.hpp"
-#include "fleet.hpp"
+#include "core/fleet.hpp"
 
 namespace kvdsim
 {

@@ -6,8 +6,8 @@
 
 #include <unistd.h>
 
-#include "attributes.hpp"
-#include "trace.hpp"
+#include "hba/attributes.hpp"
+#include "core/trace.hpp"
 
 using namespace kvdsim;
 
@@ -151,7 +151,7 @@ TEST(Trace, LineFormatAndTruncation)
         .emit();
     char small[40];
     TraceLine(small, sizeof small, "KVD_GetLibVer").result(0).bytes("out", rec, 3).more(rec, 3).emit();
-    TraceLine(buf, sizeof buf, "KVD_GetLibVer").result(1).injected().emit();
+    TraceLine(buf, sizeof buf, "KVD_GetLibVer").result(1).injected(1).emit();
     set_trace_fd_for_test(-1);
     close(fds[1]);
 
@@ -164,5 +164,5 @@ TEST(Trace, LineFormatAndTruncation)
         "GetPortAttributesByWWN(board=1, wwn=10:00:06:4b:51:a0:00:10, addr=0x7b, attributes=null) = -22 "
         "in=01ab out=01abff\n"
         "KVD_GetLibVer() = 0 out=01 (truncated)\n"
-        "KVD_GetLibVer() = 1 injected\n");
+        "KVD_GetLibVer() = 1 injected rule=1\n");
 }

@@ -6,7 +6,7 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
-#include "firmware.hpp"
+#include "mailbox/firmware.hpp"
 #include "kvd_attr.h"
 #include "libkvd.h"
 

@@ -4,8 +4,8 @@
 
 #include <string>
 
-#include "fleet.hpp"
-#include "state.hpp"
+#include "core/fleet.hpp"
+#include "core/state.hpp"
 #include "kvd_attr.h"
 
 using namespace kvdsim;

@@ -4,7 +4,9 @@
 // Everything here is deterministic: counters move by fixed steps derived
 // from the board number, never from a clock, so that transcripts of the
 // shell against a virtual fleet stay the same from run to run.
-#include "firmware.hpp"
+#include "mailbox/firmware.hpp"
+
+#include "core/fault.hpp"
 
 #include <algorithm>
 #include <cerrno>
@@ -19,9 +21,6 @@ namespace kvdsim
 
 namespace
 {
-
-// Run bus-interface diagnostic with 64-bit descriptors: the PCI loopback.
-constexpr uint8_t kRunBiuDiag64 = 0x84;
 
 constexpr uint32_t kFirstEventTag = 1;
 constexpr uint32_t kMaxWords = MAILBOX_WORDS;
@@ -396,7 +395,7 @@ PortCounters Firmware::counters()
 // Issuing
 
 int32_t Firmware::issue(uint8_t *record, uint32_t words_in, uint32_t words_out, uint32_t retries,
-                        HostMemory &mem)
+                        HostMemory &mem, std::span<uint8_t> payload, CommandNote *note)
 {
     if (record == nullptr)
         return EINVAL;
@@ -407,6 +406,12 @@ int32_t Firmware::issue(uint8_t *record, uint32_t words_in, uint32_t words_out, 
     MAILBOX mb{};
     std::memcpy(&mb, record, static_cast<size_t>(words_in) * 4);
 
+    const MailboxRow *row = command(mb.mbxCommand);
+    if (note)
+        *note = CommandNote{row ? row->name : nullptr, 0};
+    if (row && (words_in < row->min_in || words_out < row->min_out))
+        return EINVAL; // the command does not fit what was handed over
+
     int32_t rc = KVD_RC_OK;
     if (state_ != BoardState::ready) {
         // Every one of the `retries` tries finds the mailbox still owned by
@@ -415,77 +420,78 @@ int32_t Firmware::issue(uint8_t *record, uint32_t words_in, uint32_t words_out, 
         (void)retries;
         mb.mbxStatus = MBX_NOT_FINISHED;
         rc = KVD_RC_MBX_RETRIES;
+    } else if (auto hit = library_faults().match_command("mbox", mb.mbxCommand, row ? row->name : nullptr,
+                                                         static_cast<int32_t>(cfg_.number))) {
+        mb.mbxStatus = static_cast<uint16_t>(hit->result);
+        if (note)
+            note->rule = hit->rule;
+    } else if (!row || !(row->sli_levels & sli_bit(cfg_.sli_mode))) {
+        mb.mbxStatus = MBXERR_UNKNOWN_CMD;
     } else {
-        mb.mbxStatus = run(mb, mem);
+        MailboxCommand cmd{mb, mem, payload};
+        mb.mbxStatus = (this->*row->handler)(cmd);
     }
     mb.mbxOwner = 0; // back to the host
     std::memcpy(record, &mb, static_cast<size_t>(words_out) * 4);
     return rc;
 }
 
-uint16_t Firmware::run(MAILBOX &mb, HostMemory &mem)
+// The firmware's commands. Download, NVRAM write, diagnostics, dump and
+// event-log commands are not offered by this firmware: their codes, like
+// any other unknown code, complete with MBXERR_UNKNOWN_CMD, and so does a
+// command at an SLI level that does not have it.
+//
+// min_in: words of the record the command reads (header and input
+// fields); min_out: words of room its reply needs (the status word, or the
+// whole reply where a cut one would mislead). A record handed over with
+// fewer is refused by the library before the firmware sees it.
+struct MailboxCommands {
+    static constexpr MailboxRow table[] = {
+        {MBX_READ_NV, "READ_NV", kSliAll, 1, 1, &Firmware::read_nv},
+        {MBX_INIT_LINK, "INIT_LINK", kSliAll, 3, 1, &Firmware::init_link},
+        {MBX_DOWN_LINK, "DOWN_LINK", kSliAll, 1, 1, &Firmware::down_link},
+        {MBX_CONFIG_LINK, "CONFIG_LINK", kSliAll, 8, 1, &Firmware::config_link},
+        {MBX_CONFIG_RING, "CONFIG_RING", kSli2 | kSli3, 3, 1, &Firmware::config_ring},
+        {MBX_RESET_RING, "RESET_RING", kSli2 | kSli3, 2, 1, &Firmware::reset_ring},
+        {MBX_READ_CONFIG, "READ_CONFIG", kSliAll, 1, 1, &Firmware::read_config},
+        {MBX_READ_RCONFIG, "READ_RCONFIG", kSli2 | kSli3, 2, 1, &Firmware::read_rconfig},
+        {MBX_READ_SPARM, "READ_SPARM", kSliAll, 4, 1, &Firmware::read_sparm},
+        {MBX_READ_STATUS, "READ_STATUS", kSliAll, 2, 1, &Firmware::read_status},
+        {MBX_READ_RPI, "READ_RPI", kSliAll, 5, 1, &Firmware::read_rpi},
+        {MBX_READ_XRI, "READ_XRI", kSliAll, 2, 1, &Firmware::read_xri},
+        {MBX_READ_REV, "READ_REV", kSliAll, 1, 1, &Firmware::read_rev},
+        {MBX_READ_LNK_STAT, "READ_LNK_STAT", kSliAll, 1, 1, &Firmware::read_lnk_stat},
+        {MBX_UNREG_LOGIN, "UNREG_LOGIN", kSliAll, 2, 1, &Firmware::unreg_login},
+        {MBX_READ_LA, "READ_LA", kSliAll, 5, 1, &Firmware::read_la},
+        {MBX_CLEAR_LA, "CLEAR_LA", kSliAll, 2, 1, &Firmware::clear_la},
+        {MBX_RESTART, "RESTART", kSliAll, 1, 1, &Firmware::restart_command},
+        {MBX_SET_MASK, "SET_MASK", kSliAll, 5, 1, &Firmware::set_mask},
+        {MBX_READ_PORT_CAP, "READ_PORT_CAP", kSliAll, 1, 1, &Firmware::read_port_cap},
+        {MBX_RUN_BIU_DIAG64, "RUN_BIU_DIAG64", kSliAll, 7, 1, &Firmware::biu_loopback},
+        {MBX_READ_SPARM64, "READ_SPARM64", kSliAll, 4, 1, &Firmware::read_sparm64},
+        {MBX_SET_DEBUG, "SET_DEBUG", kSliAll, 3, 1, &Firmware::set_debug},
+    };
+};
+static_assert(unique_codes(MailboxCommands::table), "two firmware commands share a code");
+static_assert(unique_names(MailboxCommands::table), "two firmware commands share a name");
+
+std::span<const RowInfo> Firmware::commands()
 {
-    const bool sli4 = cfg_.sli_mode >= 4;
-    switch (mb.mbxCommand) {
-    case MBX_READ_NV:
-        return read_nv(mb);
-    case MBX_INIT_LINK:
-        return init_link(mb);
-    case MBX_DOWN_LINK:
-        return down_link();
-    case MBX_CONFIG_LINK:
-        return config_link(mb);
-    case MBX_CONFIG_RING:
-        return sli4 ? MBXERR_UNKNOWN_CMD : config_ring(mb);
-    case MBX_RESET_RING:
-        return sli4 ? MBXERR_UNKNOWN_CMD : reset_ring(mb);
-    case MBX_READ_CONFIG:
-        return read_config(mb);
-    case MBX_READ_RCONFIG:
-        return sli4 ? MBXERR_UNKNOWN_CMD : read_rconfig(mb);
-    case MBX_READ_SPARM:
-        return read_sparm(mb, mem, false);
-    case MBX_READ_SPARM64:
-        return read_sparm(mb, mem, true);
-    case MBX_READ_STATUS:
-        return read_status(mb);
-    case MBX_READ_RPI:
-        return read_rpi(mb, mem);
-    case MBX_READ_XRI:
-        return read_xri(mb);
-    case MBX_READ_REV:
-        return read_rev(mb);
-    case MBX_READ_LNK_STAT:
-        return read_lnk_stat(mb);
-    case MBX_UNREG_LOGIN:
-        return unreg_login(mb);
-    case MBX_READ_LA:
-        return read_la(mb, mem);
-    case MBX_CLEAR_LA:
-        return clear_la(mb);
-    case MBX_RESTART:
-        restart();
-        return MBXERR_OK;
-    case MBX_SET_MASK:
-        return set_mask(mb);
-    case MBX_SET_DEBUG:
-        return set_debug(mb);
-    case MBX_READ_PORT_CAP:
-        return read_port_cap(mb);
-    case kRunBiuDiag64:
-        return biu_loopback(mb, mem);
-    default:
-        // Download, NVRAM write, diagnostics, dump and event-log commands
-        // are not offered by this firmware.
-        return MBXERR_UNKNOWN_CMD;
-    }
+    static constexpr auto infos = row_infos(MailboxCommands::table);
+    return infos;
+}
+
+const MailboxRow *Firmware::command(uint8_t code)
+{
+    return find_row(MailboxCommands::table, code);
 }
 
 // ---------------------------------------------------------------------------
 // Commands. On an error status the variant goes back as it was sent.
 
-uint16_t Firmware::read_nv(MAILBOX &mb)
+uint16_t Firmware::read_nv(MailboxCommand &cmd)
 {
+    MAILBOX &mb = cmd.mb;
     READ_NV_VAR r{};
     std::memcpy(r.portname, cfg_.wwpn.data(), sizeof r.portname);
     std::memcpy(r.nodename, cfg_.wwnn.data(), sizeof r.nodename);
@@ -499,8 +505,9 @@ uint16_t Firmware::read_nv(MAILBOX &mb)
 // `version` does it add the kernel, operational and SLI firmware revisions
 // and names (the short reply ends after the feature levels). SLI-4 firmware
 // always answers with its own layout over the whole record.
-uint16_t Firmware::read_rev(MAILBOX &mb)
+uint16_t Firmware::read_rev(MailboxCommand &cmd)
 {
+    MAILBOX &mb = cmd.mb;
     const FirmwareRevision &rev = cfg_.revision;
     if (cfg_.sli_mode >= 4) {
         const auto in = whole_view<READ_REV_VAR_SLI4>(mb);
@@ -555,8 +562,9 @@ uint16_t Firmware::read_rev(MAILBOX &mb)
 
 // Re-initialises the link: an up link goes down first (both attentions then
 // count as one multi-event). FLAGS_UNREG_LOGIN_ALL drops every login.
-uint16_t Firmware::init_link(MAILBOX &mb)
+uint16_t Firmware::init_link(MailboxCommand &cmd)
 {
+    MAILBOX &mb = cmd.mb;
     const auto in = view<INIT_LINK_VAR>(mb);
     if (in.link_flags & FLAGS_UNREG_LOGIN_ALL)
         logins_.clear();
@@ -571,15 +579,16 @@ uint16_t Firmware::init_link(MAILBOX &mb)
     return MBXERR_OK;
 }
 
-uint16_t Firmware::down_link()
+uint16_t Firmware::down_link(MailboxCommand &)
 {
     if (link_.up)
         link_down_event();
     return MBXERR_OK;
 }
 
-uint16_t Firmware::config_link(MAILBOX &mb)
+uint16_t Firmware::config_link(MailboxCommand &cmd)
 {
+    MAILBOX &mb = cmd.mb;
     const auto in = view<CONFIG_LINK>(mb);
     timers_.max_bbc = static_cast<uint8_t>(in.MaxBBC);
     timers_.cr_count = static_cast<uint8_t>(in.cr_count);
@@ -600,8 +609,9 @@ uint16_t Firmware::config_link(MAILBOX &mb)
     return MBXERR_OK;
 }
 
-uint16_t Firmware::config_ring(MAILBOX &mb)
+uint16_t Firmware::config_ring(MailboxCommand &cmd)
 {
+    MAILBOX &mb = cmd.mb;
     const auto in = view<CONFIG_RING_VAR>(mb);
     if (in.ring >= ring_count())
         return MBXERR_BAD_RING_NUMBER;
@@ -619,16 +629,18 @@ uint16_t Firmware::config_ring(MAILBOX &mb)
     return MBXERR_OK;
 }
 
-uint16_t Firmware::reset_ring(MAILBOX &mb)
+uint16_t Firmware::reset_ring(MailboxCommand &cmd)
 {
+    MAILBOX &mb = cmd.mb;
     const auto in = view<RESET_RING_VAR>(mb);
     if (in.ring_no >= ring_count())
         return MBXERR_BAD_RING_NUMBER;
     return MBXERR_OK; // the ring's indexes go back to 0; they are not modelled
 }
 
-uint16_t Firmware::read_config(MAILBOX &mb)
+uint16_t Firmware::read_config(MailboxCommand &cmd)
 {
+    MAILBOX &mb = cmd.mb;
     READ_CONFIG_VAR r{};
     r.cr = timers_.cr;
     r.ci = timers_.ci;
@@ -655,8 +667,9 @@ uint16_t Firmware::read_config(MAILBOX &mb)
     return MBXERR_OK;
 }
 
-uint16_t Firmware::read_rconfig(MAILBOX &mb)
+uint16_t Firmware::read_rconfig(MailboxCommand &cmd)
 {
+    MAILBOX &mb = cmd.mb;
     const auto in = view<READ_RCONF_VAR>(mb);
     if (in.ring >= ring_count())
         return MBXERR_BAD_RING_NUMBER;
@@ -741,25 +754,29 @@ uint16_t Firmware::write_service_params(const ServiceParams &sp, uint64_t addres
     return MBXERR_OK;
 }
 
-uint16_t Firmware::read_sparm(MAILBOX &mb, HostMemory &mem, bool bde64)
+uint16_t Firmware::read_sparm(MailboxCommand &cmd)
 {
-    uint64_t address = 0;
-    uint32_t size = 0;
-    if (bde64) {
-        const auto in = view<READ_SPARM64_VAR>(mb);
-        address = bde64_address(in.sp64);
-        size = in.sp64.tus.f.bdeSize;
-    } else {
-        const auto in = view<READ_SPARM_VAR>(mb);
-        address = bde_address(in.sp);
-        size = in.sp.bdeSize;
-    }
-    return write_service_params(own_service_params(), address, size, mem);
+    const auto in = view<READ_SPARM_VAR>(cmd.mb);
+    return write_service_params(own_service_params(), bde_address(in.sp), in.sp.bdeSize, cmd.mem);
+}
+
+uint16_t Firmware::read_sparm64(MailboxCommand &cmd)
+{
+    const auto in = view<READ_SPARM64_VAR>(cmd.mb);
+    return write_service_params(own_service_params(), bde64_address(in.sp64), in.sp64.tus.f.bdeSize, cmd.mem);
+}
+
+// A firmware reset, as the board's own RESTART command asks for.
+uint16_t Firmware::restart_command(MailboxCommand &)
+{
+    restart();
+    return MBXERR_OK;
 }
 
 // The counters are returned as they stand and, when asked, cleared after.
-uint16_t Firmware::read_status(MAILBOX &mb)
+uint16_t Firmware::read_status(MailboxCommand &cmd)
 {
+    MAILBOX &mb = cmd.mb;
     advance_traffic();
     auto r = view<READ_STATUS_VAR>(mb);
     r.activeRpiCnt = static_cast<uint16_t>(logins_.size());
@@ -780,8 +797,10 @@ uint16_t Firmware::read_status(MAILBOX &mb)
     return MBXERR_OK;
 }
 
-uint16_t Firmware::read_rpi(MAILBOX &mb, HostMemory &mem)
+uint16_t Firmware::read_rpi(MailboxCommand &cmd)
 {
+    MAILBOX &mb = cmd.mb;
+    HostMemory &mem = cmd.mem;
     auto r = view<READ_RPI_VAR>(mb);
     const Login *l = find_login(r.reqRpi);
     if (l == nullptr)
@@ -797,8 +816,9 @@ uint16_t Firmware::read_rpi(MAILBOX &mb, HostMemory &mem)
     return MBXERR_OK;
 }
 
-uint16_t Firmware::read_xri(MAILBOX &mb)
+uint16_t Firmware::read_xri(MailboxCommand &cmd)
 {
+    MAILBOX &mb = cmd.mb;
     const auto in = view<READ_XRI_VAR>(mb);
     const auto open = exchanges();
     if (in.reqXri >= open.size())
@@ -816,8 +836,9 @@ uint16_t Firmware::read_xri(MAILBOX &mb)
     return MBXERR_OK;
 }
 
-uint16_t Firmware::read_lnk_stat(MAILBOX &mb)
+uint16_t Firmware::read_lnk_stat(MailboxCommand &cmd)
 {
+    MAILBOX &mb = cmd.mb;
     READ_LNK_VAR r{};
     r.linkFailureCnt = errors_.link_failure;
     r.lossSyncCnt = errors_.loss_sync;
@@ -832,8 +853,9 @@ uint16_t Firmware::read_lnk_stat(MAILBOX &mb)
     return MBXERR_OK;
 }
 
-uint16_t Firmware::unreg_login(MAILBOX &mb)
+uint16_t Firmware::unreg_login(MailboxCommand &cmd)
 {
+    MAILBOX &mb = cmd.mb;
     const auto in = view<UNREG_LOGIN_VAR>(mb);
     if (in.rpi == kAllRpis) {
         logins_.clear();
@@ -850,8 +872,10 @@ uint16_t Firmware::unreg_login(MAILBOX &mb)
 // The last link attention. On a loop that is up the LILP map (count byte,
 // then the AL_PAs) goes into the lilpBde buffer, up to 128 bytes; a zero
 // size asks for no map.
-uint16_t Firmware::read_la(MAILBOX &mb, HostMemory &mem)
+uint16_t Firmware::read_la(MailboxCommand &cmd)
 {
+    MAILBOX &mb = cmd.mb;
+    HostMemory &mem = cmd.mem;
     auto r = view<READ_LA_VAR>(mb);
     const bool loop = cfg_.topology == Topology::loop;
     if (link_.up && loop && r.lilpBde.bdeSize != 0) {
@@ -874,16 +898,18 @@ uint16_t Firmware::read_la(MAILBOX &mb, HostMemory &mem)
     return MBXERR_OK;
 }
 
-uint16_t Firmware::clear_la(MAILBOX &mb)
+uint16_t Firmware::clear_la(MailboxCommand &cmd)
 {
+    MAILBOX &mb = cmd.mb;
     const auto in = view<CLEAR_LA_VAR>(mb);
     return in.eventTag == link_.event_tag ? MBXERR_OK : MBXERR_ERROR;
 }
 
 // Word at 4: key; word at 8: trace mask; word at 12: ring to trace. SLI-4
 // firmware has no rings and traces on channel 0 only.
-uint16_t Firmware::set_mask(MAILBOX &mb)
+uint16_t Firmware::set_mask(MailboxCommand &cmd)
 {
+    MAILBOX &mb = cmd.mb;
     const auto w = view<std::array<uint32_t, 31>>(mb);
     if (w[0] != MBX_SETMASK_KEY)
         return MBXERR_BAD_KEY;
@@ -894,16 +920,18 @@ uint16_t Firmware::set_mask(MAILBOX &mb)
     return MBXERR_OK;
 }
 
-uint16_t Firmware::set_debug(MAILBOX &mb)
+uint16_t Firmware::set_debug(MailboxCommand &cmd)
 {
+    MAILBOX &mb = cmd.mb;
     const auto w = view<std::array<uint32_t, 31>>(mb);
     debug_addr_ = w[1];
     debug_value_ = w[2];
     return MBXERR_OK;
 }
 
-uint16_t Firmware::read_port_cap(MAILBOX &mb)
+uint16_t Firmware::read_port_cap(MailboxCommand &cmd)
 {
+    MAILBOX &mb = cmd.mb;
     PORT_CAP_VAR r{};
     std::memcpy(&r, &mb, 4); // header
     r.port_type = cfg_.protocol == Protocol::fcoe ? 1 : 0;
@@ -918,8 +946,10 @@ uint16_t Firmware::read_port_cap(MAILBOX &mb)
 
 // PCI loopback: the transmit data go out through the bus interface and come
 // back into the receive buffer.
-uint16_t Firmware::biu_loopback(MAILBOX &mb, HostMemory &mem)
+uint16_t Firmware::biu_loopback(MailboxCommand &cmd)
 {
+    MAILBOX &mb = cmd.mb;
+    HostMemory &mem = cmd.mem;
     const auto in = view<BIU_DIAG_VAR64>(mb);
     const uint32_t xmit_size = in.xmit_bde64.tus.f.bdeSize;
     const uint32_t rcv_size = in.rcv_bde64.tus.f.bdeSize;

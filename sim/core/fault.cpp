@@ -1,4 +1,4 @@
-#include "fault.hpp"
+#include "core/fault.hpp"
 
 #include <cerrno>
 #include <climits>
@@ -15,7 +15,30 @@ namespace
 
 bool is_name_char(char c, bool first)
 {
-    return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '_' || (!first && c >= '0' && c <= '9');
+    return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '_' ||
+           (!first && ((c >= '0' && c <= '9') || c == ':'));
+}
+
+// "engine:" prefix of a command rule: the length of `engine` when `name`
+// starts with it and a colon, else 0.
+size_t engine_prefix(const char *name, const char *engine)
+{
+    size_t n = strlen(engine);
+    return strncmp(name, engine, n) == 0 && name[n] == ':' ? n + 1 : 0;
+}
+
+// A command code written in a rule: decimal or 0x hex, whole text.
+bool rule_code(const char *text, uint32_t &code)
+{
+    if (!*text || !(text[0] >= '0' && text[0] <= '9'))
+        return false;
+    char *end = nullptr;
+    errno = 0;
+    unsigned long v = strtoul(text, &end, 0);
+    if (errno != 0 || *end != '\0' || v > UINT32_MAX)
+        return false;
+    code = static_cast<uint32_t>(v);
+    return true;
 }
 
 // Whole-text number conversion: strtol's rules with base 0, nothing left over.
@@ -40,6 +63,7 @@ void FaultRules::parse(const char *text, std::string &errors)
     if (!text)
         return;
     int n = 0;
+    int position = 0;
     std::string all(text);
     size_t start = 0;
     while (start <= all.size()) {
@@ -48,6 +72,7 @@ void FaultRules::parse(const char *text, std::string &errors)
         start = comma == std::string::npos ? all.size() + 1 : comma + 1;
         if (rule.empty())
             continue;
+        ++position;
 
         auto bad = [&](const char *why) {
             errors += "libkvd: KVD_SIM_FAULT: bad rule \"" + rule + "\": " + why + "\n";
@@ -107,29 +132,54 @@ void FaultRules::parse(const char *text, std::string &errors)
         memcpy(r.name, name.data(), name.size());
         r.board = static_cast<int32_t>(board);
         r.result = result;
+        r.position = position;
         r.remaining.store(remaining, std::memory_order_relaxed);
     }
     count_.store(n, std::memory_order_release);
 }
 
-std::optional<int64_t> FaultRules::match(const char *name, int32_t board)
+std::optional<FaultRules::Hit> FaultRules::fire(Rule &r, int32_t board)
+{
+    if (r.board != kNoBoard && r.board != board)
+        return std::nullopt;
+    int64_t left = r.remaining.load(std::memory_order_relaxed);
+    for (;;) {
+        if (left == kAlways)
+            return Hit{r.result, r.position};
+        if (left == 0)
+            return std::nullopt; // used up: a later rule may still match
+        if (r.remaining.compare_exchange_weak(left, left - 1, std::memory_order_relaxed))
+            return Hit{r.result, r.position};
+    }
+}
+
+std::optional<FaultRules::Hit> FaultRules::match(const char *name, int32_t board)
 {
     int n = count_.load(std::memory_order_acquire);
     for (int i = 0; i < n; ++i) {
-        Rule &r = rules_[i];
-        if (strcmp(r.name, name) != 0)
+        if (strcmp(rules_[i].name, name) != 0 || strchr(rules_[i].name, ':'))
+            continue; // command rules are for engines, never for a call
+        if (auto hit = fire(rules_[i], board))
+            return hit;
+    }
+    return std::nullopt;
+}
+
+std::optional<FaultRules::Hit> FaultRules::match_command(const char *engine, uint32_t code, const char *name,
+                                                         int32_t board)
+{
+    int n = count_.load(std::memory_order_acquire);
+    for (int i = 0; i < n; ++i) {
+        size_t p = engine_prefix(rules_[i].name, engine);
+        if (p == 0)
             continue;
-        if (r.board != kNoBoard && r.board != board)
+        const char *what = rules_[i].name + p;
+        uint32_t rule_cmd = 0;
+        bool same = (name && strcmp(what, name) == 0) || (rule_code(what, rule_cmd) && rule_cmd == code);
+        if (!same)
             continue;
-        int64_t left = r.remaining.load(std::memory_order_relaxed);
-        for (;;) {
-            if (left == kAlways)
-                return r.result;
-            if (left == 0)
-                break; // used up: a later rule may still match
-            if (r.remaining.compare_exchange_weak(left, left - 1, std::memory_order_relaxed))
-                return r.result;
-        }
+        if (auto hit = fire(rules_[i], board))
+            return hit;
     }
     return std::nullopt;
 }

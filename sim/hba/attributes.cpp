@@ -1,4 +1,4 @@
-#include "attributes.hpp"
+#include "hba/attributes.hpp"
 
 #include <cstring>
 #include <string>

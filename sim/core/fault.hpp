@@ -36,9 +36,18 @@ class FaultRules
     // out and reported by one line appended to `errors` (newline-terminated).
     void parse(const char *text, std::string &errors);
 
+    struct Hit {
+        int64_t result;
+        int rule; // 1-based position in the text
+    };
+
     // The result to return instead of doing the call, if a rule fires.
     // `board` is kNoBoard for calls that take no board.
-    std::optional<int64_t> match(const char *name, int32_t board);
+    std::optional<Hit> match(const char *name, int32_t board);
+
+    // The status an engine completes its command `code` (row name `name`)
+    // with, if a rule "engine:NAME" or "engine:CODE" fires.
+    std::optional<Hit> match_command(const char *engine, uint32_t code, const char *name, int32_t board);
 
     int count() const
     {
@@ -50,8 +59,11 @@ class FaultRules
         char name[kNameMax] = {};
         int32_t board = kNoBoard;
         int64_t result = 0;
+        int position = 0;
         std::atomic<int64_t> remaining{kAlways};
     };
+    std::optional<Hit> fire(Rule &r, int32_t board);
+
     Rule rules_[kMaxRules];
     std::atomic<int> count_{0};
 };

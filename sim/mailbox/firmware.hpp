@@ -6,33 +6,16 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <vector>
 
-#include "fleet.hpp"
+#include "core/fleet.hpp"
+#include "core/engine.hpp"
+#include "core/hostmem.hpp"
 #include "kvd_mbox.h"
 
 namespace kvdsim
 {
-
-// Access to the host memory that buffer descriptors point at. The library's
-// implementation checks that the range is mapped and writable in this
-// process; tests supply their own.
-class HostMemory
-{
-  public:
-    virtual ~HostMemory() = default;
-    // Copies len bytes to the host address; false if the range is unusable.
-    virtual bool write(uint64_t address, const void *src, size_t len) = 0;
-    virtual bool read(uint64_t address, void *dst, size_t len) = 0;
-};
-
-// Checks the process's own mappings (/proc/self/maps) before copying.
-class ProcessMemory final : public HostMemory
-{
-  public:
-    bool write(uint64_t address, const void *src, size_t len) override;
-    bool read(uint64_t address, void *dst, size_t len) override;
-};
 
 struct LinkStatus {
     bool up = false;
@@ -62,6 +45,28 @@ struct PortCounters {
 
 enum class BoardState { ready, offline, resetting };
 
+class Firmware;
+
+// One mailbox command as a handler sees it: the record (a private copy,
+// words not handed over read as zero), host memory for the buffer
+// descriptors, and the payload that travelled behind the record (V2 calls;
+// empty otherwise), bounded by what the caller handed over.
+struct MailboxCommand {
+    MAILBOX &mb;
+    HostMemory &mem;
+    std::span<uint8_t> payload;
+};
+
+using MailboxRow = EngineRow<uint16_t (Firmware::*)(MailboxCommand &)>;
+
+// What the library's trace line tells of a command: its name (null for a
+// code the firmware does not know) and the fault rule that answered it (0:
+// none).
+struct CommandNote {
+    const char *name = nullptr;
+    int rule = 0;
+};
+
 class Firmware
 {
   public:
@@ -73,7 +78,12 @@ class Firmware
     // the completed record are written back. Returns the library result:
     // 0 completed, KVD_RC_MBX_RETRIES when the board stayed busy through
     // `retries` tries, or an errno value.
-    int32_t issue(uint8_t *record, uint32_t words_in, uint32_t words_out, uint32_t retries, HostMemory &mem);
+    int32_t issue(uint8_t *record, uint32_t words_in, uint32_t words_out, uint32_t retries, HostMemory &mem,
+                  std::span<uint8_t> payload = {}, CommandNote *note = nullptr);
+
+    // The command table: codes, names and SLI levels, and one row by code.
+    static std::span<const RowInfo> commands();
+    static const MailboxRow *command(uint8_t code);
 
     LinkStatus link() const;
     PortCounters counters(); // traffic moves a little on every read
@@ -138,28 +148,33 @@ class Firmware
         uint32_t rcv_pbsy = 0, rcv_fbsy = 0;
     };
 
-    uint16_t run(MAILBOX &mb, HostMemory &mem);
-    uint16_t read_nv(MAILBOX &mb);
-    uint16_t read_rev(MAILBOX &mb);
-    uint16_t init_link(MAILBOX &mb);
-    uint16_t down_link();
-    uint16_t config_link(MAILBOX &mb);
-    uint16_t config_ring(MAILBOX &mb);
-    uint16_t reset_ring(MAILBOX &mb);
-    uint16_t read_config(MAILBOX &mb);
-    uint16_t read_rconfig(MAILBOX &mb);
-    uint16_t read_sparm(MAILBOX &mb, HostMemory &mem, bool bde64);
-    uint16_t read_status(MAILBOX &mb);
-    uint16_t read_rpi(MAILBOX &mb, HostMemory &mem);
-    uint16_t read_xri(MAILBOX &mb);
-    uint16_t read_lnk_stat(MAILBOX &mb);
-    uint16_t unreg_login(MAILBOX &mb);
-    uint16_t read_la(MAILBOX &mb, HostMemory &mem);
-    uint16_t clear_la(MAILBOX &mb);
-    uint16_t set_mask(MAILBOX &mb);
-    uint16_t set_debug(MAILBOX &mb);
-    uint16_t read_port_cap(MAILBOX &mb);
-    uint16_t biu_loopback(MAILBOX &mb, HostMemory &mem);
+    friend struct MailboxCommands;
+
+    // Command handlers, the rows of the table. On an error status the
+    // variant goes back as it was sent.
+    uint16_t read_nv(MailboxCommand &cmd);
+    uint16_t read_rev(MailboxCommand &cmd);
+    uint16_t init_link(MailboxCommand &cmd);
+    uint16_t down_link(MailboxCommand &cmd);
+    uint16_t config_link(MailboxCommand &cmd);
+    uint16_t config_ring(MailboxCommand &cmd);
+    uint16_t reset_ring(MailboxCommand &cmd);
+    uint16_t read_config(MailboxCommand &cmd);
+    uint16_t read_rconfig(MailboxCommand &cmd);
+    uint16_t read_sparm(MailboxCommand &cmd);
+    uint16_t read_sparm64(MailboxCommand &cmd);
+    uint16_t read_status(MailboxCommand &cmd);
+    uint16_t read_rpi(MailboxCommand &cmd);
+    uint16_t read_xri(MailboxCommand &cmd);
+    uint16_t read_lnk_stat(MailboxCommand &cmd);
+    uint16_t unreg_login(MailboxCommand &cmd);
+    uint16_t read_la(MailboxCommand &cmd);
+    uint16_t clear_la(MailboxCommand &cmd);
+    uint16_t restart_command(MailboxCommand &cmd);
+    uint16_t set_mask(MailboxCommand &cmd);
+    uint16_t set_debug(MailboxCommand &cmd);
+    uint16_t read_port_cap(MailboxCommand &cmd);
+    uint16_t biu_loopback(MailboxCommand &cmd);
 
     uint32_t ring_count() const;
     bool topology_allows(uint16_t link_flags) const;

@@ -1,4 +1,4 @@
-#include "trace.hpp"
+#include "core/trace.hpp"
 
 #include <atomic>
 #include <cerrno>
@@ -157,6 +157,7 @@ TraceLine &TraceLine::result(int64_t value)
 {
     if (!on_)
         return *this;
+    has_result_ = true;
     put(") = ");
     if (value < 0) {
         put_char('-');
@@ -167,10 +168,23 @@ TraceLine &TraceLine::result(int64_t value)
     return *this;
 }
 
-TraceLine &TraceLine::injected()
+TraceLine &TraceLine::injected(int rule)
 {
-    if (on_)
-        put(" injected");
+    if (!on_)
+        return *this;
+    put(" injected rule=");
+    put_u(static_cast<uint64_t>(rule), false);
+    return *this;
+}
+
+TraceLine &TraceLine::tag(const char *key, const char *value)
+{
+    if (!on_)
+        return *this;
+    put_char(' ');
+    put(key);
+    put_char('=');
+    put(value);
     return *this;
 }
 

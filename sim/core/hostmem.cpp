@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-#include "firmware.hpp"
+#include "core/hostmem.hpp"
 
 namespace kvdsim
 {

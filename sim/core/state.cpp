@@ -1,4 +1,4 @@
-#include "state.hpp"
+#include "core/state.hpp"
 
 #include <atomic>
 #include <cerrno>

@@ -4,8 +4,8 @@
 
 #include <cstdint>
 
-#include "firmware.hpp"
-#include "fleet.hpp"
+#include "mailbox/firmware.hpp"
+#include "core/fleet.hpp"
 #include "libkvd.h"
 
 namespace kvdsim

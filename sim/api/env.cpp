@@ -10,9 +10,9 @@
 #include <cerrno>
 #include <cstring>
 
-#include "attributes.hpp"
+#include "hba/attributes.hpp"
+#include "core/entry.hpp"
 #include "pci/board_env.hpp"
-#include "state.hpp"
 
 using namespace kvdsim;
 
@@ -59,58 +59,52 @@ template <class Entry> void driver_fields(Library &lib, Entry &e)
 
 } // namespace
 
+// The count calls answer 0 boards when they cannot run.
+constexpr CallFamily kCountFamily{0, 0, 0, 0};
+
 uint32_t KVD_InitDiagEnv(KVD_BRDINFO *brdinfo, uint32_t max_boards)
 {
-    try {
-        Call c("KVD_InitDiagEnv");
-        c.line.arg_ptr("brdinfo", brdinfo).arg("max_boards", max_boards);
-        if (auto f = c.fault_boardless())
-            return static_cast<uint32_t>(*f);
-        c.lib.load();
-        Library::set_open(true);
-        libkvd_logging_enable = c.lib.fleet().logging_enable;
-        uint32_t entries = max_boards < KVD_MAX_BOARDS ? max_boards : KVD_MAX_BOARDS;
-        uint32_t filled = 0;
-        if (brdinfo && entries) {
-            filled = fill_table(c.lib, brdinfo, entries,
-                                [](const BoardSpec &cfg, KVD_BRDINFO &e) { board_entry(cfg, e); });
-            driver_fields(c.lib, brdinfo[0]);
-        }
-        remember_board_table(entries ? brdinfo : nullptr);
-        c.line.result(filled);
-        if (brdinfo)
-            c.line.bytes("out", brdinfo, sizeof(KVD_BRDINFO) * entries);
-        c.line.emit();
-        return filled;
-    } catch (...) {
-        return 0;
-    }
+    return library_call<uint32_t>(
+        "KVD_InitDiagEnv", kCountFamily,
+        [&](TraceLine &t) { t.arg_ptr("brdinfo", brdinfo).arg("max_boards", max_boards); },
+        [&](Call &c) {
+            c.lib.load();
+            Library::set_open(true);
+            libkvd_logging_enable = c.lib.fleet().logging_enable;
+            uint32_t entries = max_boards < KVD_MAX_BOARDS ? max_boards : KVD_MAX_BOARDS;
+            uint32_t filled = 0;
+            if (brdinfo && entries) {
+                filled = fill_table(c.lib, brdinfo, entries,
+                                    [](const BoardSpec &cfg, KVD_BRDINFO &e) { board_entry(cfg, e); });
+                driver_fields(c.lib, brdinfo[0]);
+            }
+            remember_board_table(entries ? brdinfo : nullptr);
+            c.line.result(filled);
+            if (brdinfo)
+                c.line.bytes("out", brdinfo, sizeof(KVD_BRDINFO) * entries);
+            return filled;
+        });
 }
 
 uint32_t InitDiagEnv(BRDINFO *brdinfo)
 {
-    try {
-        Call c("InitDiagEnv");
-        c.line.arg_ptr("brdinfo", brdinfo);
-        if (auto f = c.fault_boardless())
-            return static_cast<uint32_t>(*f);
-        c.lib.load();
-        Library::set_open(true);
-        libkvd_logging_enable = c.lib.fleet().logging_enable;
-        uint32_t filled = 0;
-        if (brdinfo) {
-            filled = fill_table(c.lib, brdinfo, KVD_MAX_BOARDS,
-                                [](const BoardSpec &cfg, BRDINFO &e) { legacy_board_entry(cfg, e); });
-            driver_fields(c.lib, brdinfo[0]);
-        }
-        c.line.result(filled);
-        if (brdinfo)
-            c.line.bytes("out", brdinfo, sizeof(BRDINFO) * KVD_MAX_BOARDS);
-        c.line.emit();
-        return filled;
-    } catch (...) {
-        return 0;
-    }
+    return library_call<uint32_t>(
+        "InitDiagEnv", kCountFamily, [&](TraceLine &t) { t.arg_ptr("brdinfo", brdinfo); },
+        [&](Call &c) {
+            c.lib.load();
+            Library::set_open(true);
+            libkvd_logging_enable = c.lib.fleet().logging_enable;
+            uint32_t filled = 0;
+            if (brdinfo) {
+                filled = fill_table(c.lib, brdinfo, KVD_MAX_BOARDS,
+                                    [](const BoardSpec &cfg, BRDINFO &e) { legacy_board_entry(cfg, e); });
+                driver_fields(c.lib, brdinfo[0]);
+            }
+            c.line.result(filled);
+            if (brdinfo)
+                c.line.bytes("out", brdinfo, sizeof(BRDINFO) * KVD_MAX_BOARDS);
+            return filled;
+        });
 }
 
 // May run in a signal handler that interrupted another call of this thread:
@@ -120,7 +114,7 @@ void KVD_FreeDiagEnv(void)
     char buf[160];
     TraceLine line(buf, sizeof buf, "KVD_FreeDiagEnv");
     if (auto f = library_faults().match("KVD_FreeDiagEnv", FaultRules::kNoBoard)) {
-        line.result(*f).injected().emit();
+        line.result(f->result).injected(f->rule).emit();
         return;
     }
     // The boards and their firmware stay: the hardware does not go away
@@ -132,26 +126,21 @@ void KVD_FreeDiagEnv(void)
 
 uint32_t KVD_GetLibVer(char *version)
 {
-    try {
-        Call c("KVD_GetLibVer");
-        c.line.arg_ptr("version", version);
-        if (auto f = c.fault_boardless())
-            return static_cast<uint32_t>(*f);
-        if (!version) {
-            c.line.result(EFAULT).emit();
-            return EFAULT;
-        }
-        c.lib.load();
-        const std::string &text = c.lib.fleet().library_version.empty() ? std::string(kDefaultLibraryVersion)
-                                                                        : c.lib.fleet().library_version;
-        size_t n = text.size() < 31 ? text.size() : 31;
-        memcpy(version, text.data(), n);
-        version[n] = '\0';
-        c.line.result(0).bytes("out", version, n + 1).emit();
-        return 0;
-    } catch (...) {
-        return ENOMEM;
-    }
+    return library_call<uint32_t>(
+        "KVD_GetLibVer", kErrnoFamily, [&](TraceLine &t) { t.arg_ptr("version", version); },
+        [&](Call &c) -> uint32_t {
+            if (!version)
+                return EFAULT;
+            c.lib.load();
+            const std::string &text = c.lib.fleet().library_version.empty()
+                                          ? std::string(kDefaultLibraryVersion)
+                                          : c.lib.fleet().library_version;
+            size_t n = text.size() < 31 ? text.size() : 31;
+            memcpy(version, text.data(), n);
+            version[n] = '\0';
+            c.line.result(0).bytes("out", version, n + 1);
+            return 0;
+        });
 }
 
 // May run in a signal handler (the shell's quit): lock-free, as above.
@@ -162,8 +151,8 @@ uint32_t unRegisterForEvent(uint32_t board, uint32_t event_id)
     line.arg("board", board).arg("event_id", event_id);
     int32_t key = board <= 31 ? static_cast<int32_t>(board) : -2;
     if (auto f = library_faults().match("unRegisterForEvent", key)) {
-        line.result(*f).injected().emit();
-        return static_cast<uint32_t>(*f);
+        line.result(f->result).injected(f->rule).emit();
+        return static_cast<uint32_t>(f->result);
     }
     uint32_t rc = 0;
     if (!Library::is_open())

@@ -3,12 +3,13 @@
 //
 //   GetAdapterPortAttributes(board=1, port=0) = 0 out=<hex>
 //   KVD_IssueMboxWithRetry(board=0, words_in=32, words_out=64, retries=5, delay=100) = 0 in=<hex> out=<hex>
-//   GetAdapterAttributes(board=0) = 8 injected
+//   GetAdapterAttributes(board=0) = 8 injected rule=1
 //
 // Arguments are decimal unless written 0x...; records go as lower-case hex
 // of their bytes in memory order, `in=` as the call received them, `out=` as
 // it returned them. A call that fault injection answered is marked
-// " injected" and carries no records.
+// " injected rule=N" (N counts the rules of KVD_SIM_FAULT from 1) and
+// carries no records. Engine commands add " command=NAME" after the result.
 //
 // A line is built in a caller-supplied buffer and written with one write(2)
 // on an O_APPEND descriptor, so lines of concurrent writers never mix. Nothing
@@ -38,7 +39,12 @@ class TraceLine
     TraceLine &arg_wwn(const char *key, const uint8_t wwn[8]);
     TraceLine &arg_ptr(const char *key, const void *p); // key=null when p is
     TraceLine &result(int64_t value);                   // ") = value"
-    TraceLine &injected();
+    bool has_result() const
+    {
+        return has_result_;
+    }
+    TraceLine &injected(int rule);                      // " injected rule=N"
+    TraceLine &tag(const char *key, const char *value); // " key=value", after the result
     TraceLine &bytes(const char *tag, const void *data, size_t len);
     TraceLine &more(const void *data, size_t len); // continues the last bytes()
     // Ends the line and writes it. Returns the text written (for tests).
@@ -56,6 +62,7 @@ class TraceLine
     bool on_;
     bool first_arg_ = true;
     bool truncated_ = false;
+    bool has_result_ = false;
 };
 
 // The shared buffer for lines with big records (whole mailbox payloads).

@@ -13,21 +13,24 @@
 #include <optional>
 #include <string>
 
-#include "fault.hpp"
-#include "firmware.hpp"
-#include "fleet.hpp"
+#include "core/fault.hpp"
+#include "mailbox/firmware.hpp"
+#include "core/fleet.hpp"
+#include "core/trace.hpp"
 #include "mgmt/mgmt.hpp"
 #include "pci/pci_engine.hpp"
-#include "trace.hpp"
 
 namespace kvdsim
 {
 
+// One board: its fleet description and one instance of each engine that
+// the board carries, each keeping its own state. An engine joins by adding
+// its member here and constructing it in Library::load().
 struct Board {
     const BoardSpec *cfg = nullptr;
-    std::unique_ptr<Firmware> fw;
-    std::unique_ptr<PciEngine> pci;   // configuration space, registers, SLIM
-    std::unique_ptr<MgmtEngine> mgmt; // RNID management information
+    std::unique_ptr<Firmware> fw;     // mailbox firmware: every board
+    std::unique_ptr<PciEngine> pci;   // configuration space, registers, SLIM: every board
+    std::unique_ptr<MgmtEngine> mgmt; // RNID management information: every board
 };
 
 class Library
@@ -96,10 +99,11 @@ class Call
   private:
     std::optional<int64_t> fault_for(int32_t board)
     {
-        auto f = library_faults().match(name_, board);
-        if (f)
-            line.result(*f).injected().emit();
-        return f;
+        auto hit = library_faults().match(name_, board);
+        if (!hit)
+            return std::nullopt;
+        line.result(hit->result).injected(hit->rule).emit();
+        return hit->result;
     }
     const char *name_;
 };

@@ -1,0 +1,131 @@
+/*
+ * The top-level command words, in table order: the one list from which the
+ * handler declarations (kvd_cmds.h), the rows of kvdCmds (kvd_cmdtab.cpp)
+ * and the "Not Implemented" stubs (kvd_stubs.cpp) are generated.
+ *
+ *   X(word, handler, state)
+ *
+ * state is BUILT when a family file defines the handler and STUB while the
+ * family is still to come. Lookup and "help" follow this order, which is
+ * nearly but not quite alphabetical: keep it. Several words may share a
+ * handler ("quit", "bye", "exit").
+ *
+ * Adding a command: give its row BUILT here and define the handler in its
+ * family's file.
+ */
+#ifndef KVD_CMDLIST_H
+#define KVD_CMDLIST_H
+
+// clang-format off
+#define KVD_COMMANDS(X) \
+    X("inval", inval, BUILT) \
+    X("adapters", adapters, BUILT) \
+    X("authdelcfg", authdelcfg, STUB) \
+    X("authgetcfg", authgetcfg, STUB) \
+    X("authgetpsswd", authgetpsswd, STUB) \
+    X("authinit", authinit, STUB) \
+    X("authlist", authlist, STUB) \
+    X("authsetcfg", authsetcfg, STUB) \
+    X("authsetpsswd", authsetpsswd, STUB) \
+    X("authstatus", authstatus, STUB) \
+    X("ct", ct, STUB) \
+    X("dportattr", dportattr, BUILT) \
+    X("drvinfo", drvinfo, BUILT) \
+    X("dumpreg", dumpreg, BUILT) \
+    X("dumpregion", dumpregion, BUILT) \
+    X("fcpmap", fcpmap, STUB) \
+    X("fcoegetparams", fcoegetparams, STUB) \
+    X("fcoesetparams", fcoesetparams, STUB) \
+    X("fcoegetlist", fcoegetlist, STUB) \
+    X("fcoesetlist", fcoesetlist, STUB) \
+    X("fcoegetfcflist", fcoegetfcflist, STUB) \
+    X("getcfg", getcfg, STUB) \
+    X("getevent", getevent, STUB) \
+    X("getfcpconfig", getfcpconfig, STUB) \
+    X("getfcppriority", getfcppriority, STUB) \
+    X("getmgmt", getmgmt, BUILT) \
+    X("getversions", getversions, BUILT) \
+    X("hbaattr", hbaattr, BUILT) \
+    X("help", help, BUILT) \
+    X("iportattr", iportattr, BUILT) \
+    X("issuedumpmbox", issuedumpmbox, STUB) \
+    X("linkinfo", linkinfo, BUILT) \
+    X("listbind", listbind, STUB) \
+    X("logging", logging, STUB) \
+    X("loopback", loopback, STUB) \
+    X("tarvo", tarvo, STUB) \
+    X("mbox", mbox, BUILT) \
+    X("nodeinfo", nodeInform, STUB) \
+    X("persistlinkget", persistlinkget, STUB) \
+    X("persistlinkset", persistlinkset, STUB) \
+    X("portattr", portattr, BUILT) \
+    X("portstat", portstat, BUILT) \
+    X("qoslinkspeed", qoslinkspeed, STUB) \
+    X("quit", quit, BUILT) \
+    X("bye", quit, BUILT) \
+    X("exit", quit, BUILT) \
+    X("rdallpci", rdallpci, BUILT) \
+    X("rdca", rdca, BUILT) \
+    X("rdha", rdha, BUILT) \
+    X("rdhc", rdhc, BUILT) \
+    X("rdhs", rdhs, BUILT) \
+    X("rdpci", rdpci, BUILT) \
+    X("refresh", refresh, BUILT) \
+    X("revent", regevent, STUB) \
+    X("reset", reset, STUB) \
+    X("rffreg", rffreg, BUILT) \
+    X("riocb", riocb, STUB) \
+    X("rnid", rnid, BUILT) \
+    X("sdiag", sdiag, BUILT) \
+    X("sdump", sdump, BUILT) \
+    X("sd_all_events", sd_all_events, STUB) \
+    X("sd_free_bucket", sd_free_bucket, STUB) \
+    X("sd_get_bucket", sd_get_bucket, STUB) \
+    X("sd_get_data", sd_get_data, STUB) \
+    X("sd_granularity", sd_granularity, STUB) \
+    X("sd_latency", sd_latency, STUB) \
+    X("sd_quick_event", sd_quick_event, STUB) \
+    X("sd_reset_data", sd_reset_data_coll, STUB) \
+    X("sd_revent", sd_revent, STUB) \
+    X("sd_set_bucket", sd_set_bucket, STUB) \
+    X("sd_show_events", sd_show_events, STUB) \
+    X("sd_start_data", sd_start_data_coll, STUB) \
+    X("sd_stop_data", sd_stop_data_coll, STUB) \
+    X("sd_test_env", sd_test_env, STUB) \
+    X("sd_urevent", sd_urevent, STUB) \
+    X("sd_verbose", sd_verbose, STUB) \
+    X("els", sendels, STUB) \
+    X("sendfcp", sendfcp, STUB) \
+    X("sendmgmt", sendmgmt, STUB) \
+    X("sendscsi", sendscsi, STUB) \
+    X("set", set, BUILT) \
+    X("setcfg", setcfg, STUB) \
+    X("setfcpconfig", setfcpconfig, STUB) \
+    X("setfcppriority", setfcppriority, STUB) \
+    X("setmgmt", setmgmt, BUILT) \
+    X("!", shell, BUILT) \
+    X("showmmm", showmmm, STUB) \
+    X("sli4", sli4, STUB) \
+    X("sli4iov", sli4iov, STUB) \
+    X("slireadstat", slireadstat, STUB) \
+    X("urevent", uregevent, STUB) \
+    X("vpdinfo", vpdInfo, STUB) \
+    X("vpcreate", vpcreate, STUB) \
+    X("vpdelete", vpdelete, STUB) \
+    X("vpgetattr", vpgetattr, STUB) \
+    X("vpgetlist", vpgetlist, STUB) \
+    X("vpgetninfo", vpgetninfo, STUB) \
+    X("vpgetphys", vpgetphys, STUB) \
+    X("vpgetres", vpgetres, STUB) \
+    X("vpnpivrdy", vpnpivrdy, STUB) \
+    X("wffreg", wffreg, BUILT) \
+    X("wportattr", wportattr, BUILT) \
+    X("wrca", wrca, BUILT) \
+    X("wrha", wrha, BUILT) \
+    X("wrhc", wrhc, BUILT) \
+    X("wrhs", wrhs, BUILT) \
+    X("wrpci", wrpci, BUILT) \
+    X("wslim", wslim, BUILT)
+// clang-format on
+
+#endif
