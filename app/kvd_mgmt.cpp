@@ -8,9 +8,8 @@
 #include <string.h>
 
 #include "kvd_cmds.h"
+#include "kvd_mgmt_cmds.h"
 
-#define KVD_RNID_REPLY_MAX 1024
-#define KVD_RNID_WORDS_SHOWN 8
 
 KVD_HANDLER(getmgmt)
 {
@@ -59,10 +58,32 @@ KVD_HANDLER(setmgmt)
     return KVD_OK;
 }
 
+// At most eight words of the reply, four to a row; a last partial word is
+// shown whole, and nothing beyond the buffer is read whatever the length.
+void kvd_rnid_dump(const uint8_t *reply, uint32_t length)
+{
+    uint32_t words;
+
+    if (length > KVD_RNID_REPLY_MAX)
+        length = KVD_RNID_REPLY_MAX;
+    words = (length + 3) / 4;
+    if (words > KVD_RNID_WORDS_SHOWN)
+        words = KVD_RNID_WORDS_SHOWN;
+    for (uint32_t i = 0; i < words; i++) {
+        uint32_t word;
+
+        if (i % 4 == 0)
+            printf("\n%4x: ", i * 4);
+        memcpy(&word, reply + i * 4, sizeof(word));
+        printf("%08x  ", word);
+    }
+    printf("\n");
+}
+
 KVD_HANDLER(rnid)
 {
     HBA_WWN wwn;
-    uint32_t type, length = KVD_RNID_REPLY_MAX, words;
+    uint32_t type, length = KVD_RNID_REPLY_MAX;
 
     (void)row;
     (void)arg;
@@ -82,20 +103,7 @@ KVD_HANDLER(rnid)
     memset(kvd_bigbuffer, 0, KVD_RNID_REPLY_MAX);
     if (SendRNID((uint32_t)cur_board, wwn, type, kvd_bigbuffer, &length) != 0)
         return kvd_cannot_issue();
-    if (length > KVD_RNID_REPLY_MAX)
-        length = KVD_RNID_REPLY_MAX;
-    words = (length + 3) / 4;
-    if (words > KVD_RNID_WORDS_SHOWN)
-        words = KVD_RNID_WORDS_SHOWN;
-    for (uint32_t i = 0; i < words; i++) {
-        uint32_t word;
-
-        if (i % 4 == 0)
-            printf("\n%4x: ", i * 4);
-        memcpy(&word, kvd_bigbuffer + i * 4, sizeof(word));
-        printf("%08x  ", word);
-    }
-    printf("\n");
+    kvd_rnid_dump(kvd_bigbuffer, length);
     return KVD_OK;
 }
 

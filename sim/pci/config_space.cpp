@@ -60,7 +60,7 @@ PciConfigSpace::PciConfigSpace(const BoardSpec &cfg)
     put16(0x02, cfg.device_id);
     // I/O space, memory space, bus master, parity and SERR# enables, INTx
     // disable; the status error bits clear when written with ones.
-    put16(kCommand, kCmdMemory | kCmdMaster | 0x0040 | 0x0100, 0x0547);
+    put16(kCommand, kCmdMemory | kCmdMaster | 0x0040 | kCmdSerr, 0x0547);
     put16(kStatus, kStatusCapList, 0, 0xf900);
     put8(0x08, static_cast<uint8_t>(cfg.revision.biu_rev));
     put8(0x09, 0x00);
@@ -136,6 +136,12 @@ bool PciConfigSpace::write32(uint32_t offset, uint32_t value)
         bytes_[off] = b;
     }
     return true;
+}
+
+void PciConfigSpace::signal_status(uint16_t bits)
+{
+    bytes_[pcicfg::kStatus] = static_cast<uint8_t>(bytes_[pcicfg::kStatus] | (bits & 0xff));
+    bytes_[pcicfg::kStatus + 1] = static_cast<uint8_t>(bytes_[pcicfg::kStatus + 1] | bits >> 8);
 }
 
 uint16_t PciConfigSpace::word16(uint32_t offset) const

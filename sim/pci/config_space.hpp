@@ -37,7 +37,9 @@ constexpr uint32_t kLinkStatus = 0x72;
 
 constexpr uint16_t kCmdMemory = 0x0002;
 constexpr uint16_t kCmdMaster = 0x0004;
+constexpr uint16_t kCmdSerr = 0x0100;
 constexpr uint16_t kStatusCapList = 0x0010;
+constexpr uint16_t kStatusSignaledSerr = 0x4000;
 constexpr uint32_t kMsixVectors = 8;
 constexpr uint32_t kMsixTable = 0x800; // in the control register BAR
 constexpr uint32_t kMsixPba = 0xc00;
@@ -62,6 +64,8 @@ class PciConfigSpace
         return offset < kSize ? bytes_[offset] : 0;
     }
     uint16_t word16(uint32_t offset) const;
+    // The device itself reports an error condition in the status register.
+    void signal_status(uint16_t bits);
     uint32_t word32(uint32_t offset) const;
 
     // Memory decoding is on and the function is in D0: BAR accesses reach

@@ -171,6 +171,9 @@ void PciEngine::force_dump(const FirmwareView &fw)
     h.link_tag = fw.link_tag;
     dump_ = h;
     ha_ |= HA_ERATT;
+    // A firmware that stops signals a system error on the bus, if allowed.
+    if (cfg_space_.word16(pcicfg::kCommand) & pcicfg::kCmdSerr)
+        cfg_space_.signal_status(pcicfg::kStatusSignaledSerr);
 }
 
 std::vector<uint8_t> PciEngine::dump_image() const
