@@ -10,7 +10,6 @@
 #include "kvd_cmds.h"
 #include "kvd_mgmt_cmds.h"
 
-
 KVD_HANDLER(getmgmt)
 {
     HBA_MGMTINFO info;
