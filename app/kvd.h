@@ -61,6 +61,8 @@ extern const char *kvd_err_cannot_issue_cmd;
 [[noreturn]] KVD_HANDLER(quit);
 void quit_on_signal(int signo);
 int kvd_list_adapters(void);
+/* A board count bounded by the 32-entry board table. */
+uint32_t kvd_bound_boards(uint32_t count);
 
 /* Command reader and prompt readers. */
 cmdinfo *getcmd(char *buffer, int size, int oneshot);

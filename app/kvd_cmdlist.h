@@ -53,7 +53,7 @@
     X("listbind", listbind, STUB) \
     X("logging", logging, STUB) \
     X("loopback", loopback, STUB) \
-    X("tarvo", tarvo, STUB) \
+    X("tarvo", tarvo, BUILT) \
     X("mbox", mbox, BUILT) \
     X("nodeinfo", nodeInform, STUB) \
     X("persistlinkget", persistlinkget, STUB) \

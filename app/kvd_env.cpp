@@ -45,9 +45,14 @@ void usage(int status)
     exit(status);
 }
 
+uint32_t kvd_bound_boards(uint32_t count)
+{
+    return count < KVD_MAX_BOARDS ? count : KVD_MAX_BOARDS;
+}
+
 static void kvd_release(void)
 {
-    for (uint32_t board = 0; board < kvd_pci_brds; board++)
+    for (uint32_t board = 0; board < kvd_bound_boards(kvd_pci_brds); board++)
         (void)unRegisterForEvent(board, 0);
     KVD_FreeDiagEnv();
 }

@@ -17,7 +17,7 @@ static int32_t kvd_mbox_result(int32_t rc)
 
 int32_t kvd_IssueMbox(uint32_t board, MAILBOX *mb, uint32_t words_in, uint32_t words_out)
 {
-    if (board >= kvd_pci_brds)
+    if (board >= kvd_bound_boards(kvd_pci_brds))
         return KVD_MBX_BAD_BOARD;
     return kvd_mbox_result(
         KVD_IssueMboxWithRetry(board, mb, words_in, words_out, KVD_MBX_RETRIES, KVD_MBX_DELAY));
@@ -25,7 +25,7 @@ int32_t kvd_IssueMbox(uint32_t board, MAILBOX *mb, uint32_t words_in, uint32_t w
 
 int32_t kvd_IssueMboxV2(uint32_t board, MAILBOX *mb)
 {
-    if (board >= kvd_pci_brds)
+    if (board >= kvd_bound_boards(kvd_pci_brds))
         return KVD_MBX_BAD_BOARD;
     return kvd_mbox_result(
         KVD_IssueMboxWithRetryV2(board, mb, MAILBOX_WORDS, KVD_MBX_RETRIES, KVD_MBX_DELAY));

@@ -26,18 +26,23 @@ cmdinfo *getcmd(char *buffer, int size, int oneshot)
     char saved[KVD_CMDBUF_SIZE];
     int i;
 
-    (void)size; // the buffer is always KVD_CMDBUF_SIZE bytes
-    memcpy(saved, buffer, sizeof(saved));
+    // The line is cut at 131 characters however large the buffer; a smaller
+    // buffer cuts it at its own size.
+    if (size > KVD_CMDBUF_SIZE)
+        size = KVD_CMDBUF_SIZE;
+    if (size < 2)
+        return &kvdCmds[0];
+    memcpy(saved, buffer, (size_t)size);
     if (!oneshot)
-        kvd_readline(buffer, KVD_CMDBUF_SIZE);
+        kvd_readline(buffer, size);
 
-    for (i = 0; buffer[i] != '\n' && i <= KVD_CMDBUF_SIZE - 2; i++)
+    for (i = 0; buffer[i] != '\n' && buffer[i] != '\0' && i <= size - 2; i++)
         ;
     buffer[i] = '\0';
 
     if (strcmp(buffer, "p") == 0) {
         // Repeat: the previous words stand again where margv points.
-        memcpy(buffer, saved, sizeof(saved));
+        memcpy(buffer, saved, (size_t)size);
     } else {
         margv[0] = strtok(buffer, KVD_SEPARATORS);
         if (margv[0] == NULL)

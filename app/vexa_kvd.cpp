@@ -79,13 +79,14 @@ int main(int argc, char **argv)
     signal(SIGQUIT, quit_on_signal);
     signal(SIGINT, quit_on_signal);
     signal(SIGTERM, quit_on_signal);
-    signal(SIGQUIT, quit_on_signal);
 
     kvd_bigbuffer = kvd_un.d.bytes;
     kvd_slimbuffer = kvd_un.d.bytes;
-    memset(kvd_bigbuffer, 0, sizeof(kvd_un.brdaddr));
+    memset(kvd_un.brdaddr, 0, sizeof(kvd_un.brdaddr));
     cur_iocb = cur_ring = cur_board = 0;
-    kvd_pci_brds = KVD_InitDiagEnv(kvd_un.brdaddr, KVD_MAX_BOARDS);
+    // The count is the library's, the table is ours: never more boards
+    // than its 32 entries, whatever the library answers.
+    kvd_pci_brds = kvd_bound_boards(KVD_InitDiagEnv(kvd_un.brdaddr, KVD_MAX_BOARDS));
 
     if (argc < 2)
         kvd_interactive(buffer);

@@ -16,6 +16,7 @@
 #include "kvd_mbox.h"
 #include "kvd_mgmt.h"
 #include "kvd_regs.h"
+#include "kvd_tarvo.h"
 
 #ifdef __cplusplus
 extern "C" {

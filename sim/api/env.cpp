@@ -62,26 +62,40 @@ template <class Entry> void driver_fields(Library &lib, Entry &e)
 // The count calls answer 0 boards when they cannot run.
 constexpr CallFamily kCountFamily{0, 0, 0, 0};
 
+namespace
+{
+
+// Opens the environment and fills `entries` entries of the caller's table,
+// current layout or legacy; returns the number of boards written.
+template <class Entry, class Fill> uint32_t open_env(Call &c, Entry *table, uint32_t entries, Fill fill)
+{
+    c.lib.load();
+    Library::set_open(true);
+    libkvd_logging_enable = c.lib.fleet().logging_enable;
+    uint32_t filled = 0;
+    if (table && entries) {
+        filled = fill_table(c.lib, table, entries, fill);
+        driver_fields(c.lib, table[0]);
+    }
+    c.line.result(filled);
+    if (table)
+        c.line.bytes("out", table, sizeof(Entry) * entries);
+    return filled;
+}
+
+} // namespace
+
 uint32_t KVD_InitDiagEnv(KVD_BRDINFO *brdinfo, uint32_t max_boards)
 {
     return library_call<uint32_t>(
         "KVD_InitDiagEnv", kCountFamily,
         [&](TraceLine &t) { t.arg_ptr("brdinfo", brdinfo).arg("max_boards", max_boards); },
         [&](Call &c) {
-            c.lib.load();
-            Library::set_open(true);
-            libkvd_logging_enable = c.lib.fleet().logging_enable;
-            uint32_t entries = max_boards < KVD_MAX_BOARDS ? max_boards : KVD_MAX_BOARDS;
-            uint32_t filled = 0;
-            if (brdinfo && entries) {
-                filled = fill_table(c.lib, brdinfo, entries,
-                                    [](const BoardSpec &cfg, KVD_BRDINFO &e) { board_entry(cfg, e); });
-                driver_fields(c.lib, brdinfo[0]);
-            }
+            const uint32_t entries = max_boards < KVD_MAX_BOARDS ? max_boards : KVD_MAX_BOARDS;
+            const uint32_t filled = open_env(
+                c, brdinfo, entries, [](const BoardSpec &cfg, KVD_BRDINFO &e) { board_entry(cfg, e); });
+            // Its masks now follow every change of a board's state.
             remember_board_table(entries ? brdinfo : nullptr);
-            c.line.result(filled);
-            if (brdinfo)
-                c.line.bytes("out", brdinfo, sizeof(KVD_BRDINFO) * entries);
             return filled;
         });
 }
@@ -91,19 +105,8 @@ uint32_t InitDiagEnv(BRDINFO *brdinfo)
     return library_call<uint32_t>(
         "InitDiagEnv", kCountFamily, [&](TraceLine &t) { t.arg_ptr("brdinfo", brdinfo); },
         [&](Call &c) {
-            c.lib.load();
-            Library::set_open(true);
-            libkvd_logging_enable = c.lib.fleet().logging_enable;
-            uint32_t filled = 0;
-            if (brdinfo) {
-                filled = fill_table(c.lib, brdinfo, KVD_MAX_BOARDS,
-                                    [](const BoardSpec &cfg, BRDINFO &e) { legacy_board_entry(cfg, e); });
-                driver_fields(c.lib, brdinfo[0]);
-            }
-            c.line.result(filled);
-            if (brdinfo)
-                c.line.bytes("out", brdinfo, sizeof(BRDINFO) * KVD_MAX_BOARDS);
-            return filled;
+            return open_env(c, brdinfo, KVD_MAX_BOARDS,
+                            [](const BoardSpec &cfg, BRDINFO &e) { legacy_board_entry(cfg, e); });
         });
 }
 
@@ -132,9 +135,8 @@ uint32_t KVD_GetLibVer(char *version)
             if (!version)
                 return EFAULT;
             c.lib.load();
-            const std::string &text = c.lib.fleet().library_version.empty()
-                                          ? std::string(kDefaultLibraryVersion)
-                                          : c.lib.fleet().library_version;
+            const std::string &text = c.lib.fleet().library_version.empty() ? std::string(kDefaultLibraryVersion)
+                                                                            : c.lib.fleet().library_version;
             size_t n = text.size() < 31 ? text.size() : 31;
             memcpy(version, text.data(), n);
             version[n] = '\0';

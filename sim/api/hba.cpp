@@ -47,33 +47,41 @@ HBA_STATUS GetAdapterAttributes(uint32_t board, HBA_ADAPTERATTRIBUTES *attribute
         });
 }
 
-HBA_STATUS GetAdapterPortAttributes(uint32_t board, uint32_t port, HBA_PORTATTRIBUTES *attributes)
+namespace
+{
+
+// The adapter's own port: port 0, and index 0 among the ports by index
+// (the by-index call traces its index; the plain one has none).
+HBA_STATUS own_port(const char *name, uint32_t board, uint32_t port, const uint32_t *index,
+                    HBA_PORTATTRIBUTES *attributes)
 {
     return board_call<HBA_STATUS>(
-        "GetAdapterPortAttributes", board, kHbaFamily, attributes,
-        [&](TraceLine &t) { t.arg("board", board).arg("port", port).arg_ptr("attributes", attributes); },
+        name, board, kHbaFamily, attributes,
+        [&](TraceLine &t) {
+            t.arg("board", board).arg("port", port);
+            if (index)
+                t.arg("index", *index);
+            t.arg_ptr("attributes", attributes);
+        },
         [&](Call &c, Board &b) {
-            if (port != 0) // one port per adapter
+            if (port != 0 || (index && *index != 0)) // one port per adapter
                 return traced(c, HBA_STATUS_ERROR_ILLEGAL_INDEX, attributes, sizeof *attributes);
             local_port_attributes(c.lib.fleet(), *b.cfg, b.fw->link(), b.fw->state(), *attributes);
             return traced(c, HBA_STATUS_OK, attributes, sizeof *attributes);
         });
 }
 
+} // namespace
+
+HBA_STATUS GetAdapterPortAttributes(uint32_t board, uint32_t port, HBA_PORTATTRIBUTES *attributes)
+{
+    return own_port("GetAdapterPortAttributes", board, port, nullptr, attributes);
+}
+
 HBA_STATUS GetPortAttributesByIndex(uint32_t board, uint32_t port, uint32_t index,
                                     HBA_PORTATTRIBUTES *attributes)
 {
-    return board_call<HBA_STATUS>(
-        "GetPortAttributesByIndex", board, kHbaFamily, attributes,
-        [&](TraceLine &t) {
-            t.arg("board", board).arg("port", port).arg("index", index).arg_ptr("attributes", attributes);
-        },
-        [&](Call &c, Board &b) {
-            if (port != 0 || index != 0) // index 0 is the adapter's own port
-                return traced(c, HBA_STATUS_ERROR_ILLEGAL_INDEX, attributes, sizeof *attributes);
-            local_port_attributes(c.lib.fleet(), *b.cfg, b.fw->link(), b.fw->state(), *attributes);
-            return traced(c, HBA_STATUS_OK, attributes, sizeof *attributes);
-        });
+    return own_port("GetPortAttributesByIndex", board, port, &index, attributes);
 }
 
 HBA_STATUS GetDiscoveredPortAttributes(uint32_t board, uint32_t port, uint32_t index,

@@ -499,7 +499,7 @@ void read_remote_ports(BoardReading &r)
 // ones settled (the kind first, the link before the names that mention its
 // speed). An engine with a section of its own adds its reader here.
 constexpr BoardReader kBoardReaders[] = {
-    read_kind, read_pci, read_link, read_identity, read_revision, read_remote_ports,
+    read_kind, read_pci, read_link, read_identity, read_revision, read_remote_ports, read_asic_section,
 };
 
 BoardSpec read_board(const Json &j, const std::string &place, const Fleet &fleet)

@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "asic/asic_spec.hpp"
+
 namespace kvdsim {
 
 using Wwn = std::array<uint8_t, 8>;
@@ -106,6 +108,7 @@ struct BoardSpec {
     uint32_t max_frame = 2048;
     Wwn fabric_name{};
     std::vector<RemotePort> remote_ports;
+    AsicSpec asic;                 // the Tarvo ASIC, when `tarvo`
 };
 
 struct Fleet {

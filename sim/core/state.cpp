@@ -88,6 +88,8 @@ void Library::load()
             Board &b = boards_[cfg.number];
             b.cfg = &cfg;
             b.fw = std::make_unique<Firmware>(cfg);
+            if (cfg.tarvo)
+                b.asic = std::make_unique<Asic>(cfg.asic);
             if (!cfg.online)
                 b.fw->set_state(BoardState::offline);
             b.pci = std::make_unique<PciEngine>(cfg, b.fw->link().event_tag);
@@ -101,6 +103,7 @@ void Library::load()
             b.fw.reset();
             b.pci.reset();
             b.mgmt.reset();
+            b.asic.reset();
         }
         fleet_.boards.clear();
         mask = 0;

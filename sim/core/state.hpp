@@ -14,6 +14,7 @@
 #include <string>
 
 #include "core/fault.hpp"
+#include "asic/asic.hpp"
 #include "mailbox/firmware.hpp"
 #include "core/fleet.hpp"
 #include "core/trace.hpp"
@@ -29,6 +30,7 @@ namespace kvdsim
 struct Board {
     const BoardSpec *cfg = nullptr;
     std::unique_ptr<Firmware> fw;     // mailbox firmware: every board
+    std::unique_ptr<Asic> asic;       // Tarvo ASIC: converged boards only
     std::unique_ptr<PciEngine> pci;   // configuration space, registers, SLIM: every board
     std::unique_ptr<MgmtEngine> mgmt; // RNID management information: every board
 };

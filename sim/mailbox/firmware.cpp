@@ -708,7 +708,11 @@ Firmware::ServiceParams Firmware::own_service_params() const
     put_be16(&sp[2], kOwnBbCredit);
     put_be16(&sp[4], kFeatCiro | kFeatVendorValid);
     put_be16(&sp[6], static_cast<uint16_t>(cfg_.max_frame & 0x0FFF));
-    put_be32(&sp[8], timers_.ratov);
+    // An N_Port's login parameters carry Total Concurrent Sequences and
+    // Relative Offset by Information Category in word 2 (R_A_TOV is the
+    // F_Port's there).
+    put_be16(&sp[8], 0x00FF);
+    put_be16(&sp[10], 0x0002);
     put_be32(&sp[12], timers_.edtov);
     std::memcpy(&sp[16], cfg_.wwpn.data(), 8);
     std::memcpy(&sp[24], cfg_.wwnn.data(), 8);

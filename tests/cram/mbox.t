@@ -130,7 +130,7 @@ name stand at 0x10 and 0x18.
   $ le32() { printf '%08x' $(($1 & 0xffffffff)) | sed -E 's/(..)(..)(..)(..)/\4\3\2\1/'; }
   $ kvd -b 1 -c 'mbox rdsparm'
   Command: 0xd  Status: 0x0
-     0: 0x10000920  0x000800a0  0x10270000  0xd0070000
+     0: 0x10000920  0x000800a0  0x0200ff00  0xd0070000
     10: 0x4b060010  0x2000b451  0x4b060020  0x2000b451
     20: 0x00000000  0x00000000  0x00000000  0x00000000
     30: 0x00000000  0x00000000  0x00000000  0x00000000
@@ -141,7 +141,7 @@ name stand at 0x10 and 0x18.
   short descriptor
   $ kvd -c 'mbox rdsparm64' | head -3
   Command: 0x8d  Status: 0x0
-     0: 0x10000920  0x000800a0  0x10270000  0xd0070000
+     0: 0x10000920  0x000800a0  0x0200ff00  0xd0070000
     10: 0x4b060010  0x1000a051  0x4b060020  0x1000a051
   $ [ "$(bytes KVD_IssueMboxWithRetry 12 12)" = "70000000$(le32 0x$un)$(le32 $((0x$un >> 32)))" ] && echo long descriptor
   long descriptor

@@ -7,6 +7,8 @@ int kvd_headers_c11_probe(void);
 int kvd_headers_c11_probe(void)
 {
     MAILBOX mb = {0};
+    tarvo_cmd_t cmd = {0};
     mb.mbxCommand = MBX_READ_REV;
-    return (int)sizeof(KVD_BRDINFO) + mb.mbxCommand;
+    cmd.get.code = TARVO_CMD_GET_INIT;
+    return (int)sizeof(KVD_BRDINFO) + mb.mbxCommand + (int)cmd.code + (int)sizeof(tarvo_rsp_t);
 }

@@ -168,3 +168,23 @@ TEST(Pager, PageLengthOfZeroOrLessNeverPauses)
 }
 
 } // namespace
+
+TEST_F(Reader, SizeBoundsTheLine)
+{
+    // A buffer of 8 bytes holds 7 characters: "mbox rd" is cut before "rev".
+    char small[8];
+    memcpy(small, "mbox rdrev\n", 8);
+    EXPECT_STREQ(getcmd(small, sizeof(small), 1)->c_string, "mbox");
+    ASSERT_EQ(margc, 2);
+    EXPECT_STREQ(margv[1], "rd");
+    // Larger than the command buffer: still cut at 131 characters.
+    char big[300];
+    memset(big, 'x', sizeof(big) - 1);
+    big[sizeof(big) - 1] = '\0';
+    getcmd(big, sizeof(big), 1);
+    EXPECT_EQ(strlen(margv[0]), 131u);
+    // No room for a character: nothing is read or written.
+    char one[1] = {'q'};
+    EXPECT_EQ(getcmd(one, 1, 1), &kvdCmds[0]);
+    EXPECT_EQ(one[0], 'q');
+}

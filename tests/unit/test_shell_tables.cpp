@@ -8,8 +8,11 @@
 #include <string>
 
 #include "kvd.h"
+#include "asic/asic.hpp"
 #include "mailbox/firmware.hpp"
+#include "tarvo/tarvo.h"
 
+using kvdsim::Asic;
 using kvdsim::Firmware;
 using kvdsim::RowInfo;
 
@@ -22,7 +25,8 @@ void expect_unique_words(const cmdinfo *rows, int count, const char *table)
     for (int i = 0; i < count; ++i) {
         ASSERT_NE(rows[i].c_string, nullptr) << table << " row " << i;
         EXPECT_NE(rows[i].c_routine, nullptr) << table << " row " << rows[i].c_string;
-        EXPECT_TRUE(seen.insert(rows[i].c_string).second) << table << ": \"" << rows[i].c_string << "\" twice";
+        EXPECT_TRUE(seen.insert(rows[i].c_string).second)
+            << table << ": \"" << rows[i].c_string << "\" twice";
     }
 }
 
@@ -44,6 +48,7 @@ TEST(Tables, ShellWordsAreUnique)
     EXPECT_EQ(kvdcmdcnt, 108);
     expect_unique_words(kvdCmds, kvdcmdcnt, "kvdCmds");
     expect_unique_words(mboxinfo, g_mboxinfo_array_size, "mboxinfo");
+    expect_unique_words(tarvoinfo, tarvoinfo_array_size, "tarvoinfo");
     EXPECT_STREQ(kvdCmds[0].c_string, "inval");
     EXPECT_STREQ(mboxinfo[0].c_string, "mbinval");
 }
@@ -51,6 +56,7 @@ TEST(Tables, ShellWordsAreUnique)
 TEST(Tables, EngineCodesAndNamesAreUnique)
 {
     expect_unique_codes(Firmware::commands(), "mailbox");
+    expect_unique_codes(Asic::commands(), "asic");
 }
 
 TEST(Tables, EveryMailboxRowIssuesACommandTheFirmwareServes)

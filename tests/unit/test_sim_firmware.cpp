@@ -2,10 +2,13 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <cerrno>
 #include <cstring>
+#include <string>
 #include <sys/mman.h>
 #include <unistd.h>
 
+#include "core/fault.hpp"
 #include "mailbox/firmware.hpp"
 #include "kvd_attr.h"
 #include "libkvd.h"
@@ -206,7 +209,10 @@ TEST(SimFirmware, ConfigLinkTimersInConfigAndSparm)
     mb.un.varRdSparm64.sp64.addrLow = FakeMemory::kBase + 8;
     EXPECT_EQ(b.run(mb).mbxStatus, MBXERR_OK);
     const uint8_t *sp = b.mem.buf.data() + 8;
-    EXPECT_EQ(be32(sp + 8), 7000u);  // R_A_TOV
+    // An N_Port's word 2: Total Concurrent Sequences, then Relative Offset
+    // by Information Category; a port that could receive no sequence at all
+    // would carry 0 there.
+    EXPECT_EQ(be32(sp + 8), 0x00FF0002u);
     EXPECT_EQ(be32(sp + 12), 1500u); // E_D_TOV
     EXPECT_EQ(0, std::memcmp(sp + 16, make_board().wwpn.data(), 8));
     EXPECT_EQ(sp[64] & 0x80, 0x80);   // class 3 valid
@@ -374,4 +380,84 @@ TEST(SimHostMemory, ChecksMappings)
     EXPECT_FALSE(pm.read(a + page - 2, local, 4)); // runs into the hole
     munmap(p, page);
     EXPECT_FALSE(pm.read(a, local, 4));
+}
+
+// Each limit the firmware states, at the limit and one past it.
+TEST(SimFirmwareLimits, SixRingMasksFitASeventhDoesNot)
+{
+    Box b(make_board());
+    MAILBOX mb = b.cmd(MBX_CONFIG_RING);
+    mb.un.varCfgRing.ring = 1;
+    mb.un.varCfgRing.numMask = MAX_RING_MASK;
+    for (int i = 0; i < MAX_RING_MASK; ++i)
+        mb.un.varCfgRing.rrRegs[i] = RR_REG{0xFF, static_cast<uint8_t>(i), 0xFF, 0x01};
+    EXPECT_EQ(b.run(mb).mbxStatus, MBXERR_OK);
+    MAILBOX rc = b.cmd(MBX_READ_RCONFIG);
+    rc.un.varRdRConfig.ring = 1;
+    rc = b.run(rc);
+    EXPECT_EQ(rc.un.varRdRConfig.numMask, 6u);
+    EXPECT_EQ(rc.un.varRdRConfig.rrRegs[5].rval, 5);
+    mb.un.varCfgRing.numMask = MAX_RING_MASK + 1;
+    EXPECT_EQ(b.run(mb).mbxStatus, MBXERR_MASKS_EXCEEDED);
+}
+
+TEST(SimFirmwareLimits, LoopMapNeedsRoomForTheCountAndEveryAlpa)
+{
+    Box b(make_board(Topology::loop));
+    ASSERT_EQ(b.fw.link().alpa_count, 3);
+    MAILBOX mb = b.cmd(MBX_READ_LA);
+    mb.un.varReadLA.lilpBde.bdeAddress = FakeMemory::kBase;
+    mb.un.varReadLA.lilpBde.bdeSize = 4; // count + 3 AL_PAs
+    EXPECT_EQ(b.run(mb).mbxStatus, MBXERR_OK);
+    EXPECT_EQ(b.mem.buf[3], 0xE2);
+    EXPECT_EQ(b.mem.buf[4], 0) << "nothing past the room given";
+    mb.un.varReadLA.lilpBde.bdeSize = 3;
+    EXPECT_EQ(b.run(mb).mbxStatus, MBXERR_BAD_RCV_LENGTH);
+}
+
+TEST(SimFirmwareLimits, CommandFaultRuleAnswersWithItsStatus)
+{
+    Box b(make_board());
+    std::string errors;
+    library_faults().parse("mbox:READ_NV=0x10:once", errors);
+    CommandNote note;
+    MAILBOX mb = b.cmd(MBX_READ_NV);
+    ASSERT_EQ(b.fw.issue(reinterpret_cast<uint8_t *>(&mb), 32, 64, 5, b.mem, {}, &note), KVD_RC_OK);
+    EXPECT_EQ(mb.mbxStatus, MBXERR_ERROR);
+    EXPECT_STREQ(note.name, "READ_NV");
+    EXPECT_EQ(note.rule, 1);
+    EXPECT_EQ(b.run(b.cmd(MBX_READ_NV)).mbxStatus, MBXERR_OK) << "once";
+    library_faults().parse("", errors);
+
+    // Unknown codes and levels without the command: MBXERR_UNKNOWN_CMD.
+    mb = b.cmd(MBX_WRITE_NV);
+    ASSERT_EQ(b.fw.issue(reinterpret_cast<uint8_t *>(&mb), 32, 64, 5, b.mem, {}, &note), KVD_RC_OK);
+    EXPECT_EQ(mb.mbxStatus, MBXERR_UNKNOWN_CMD);
+    EXPECT_EQ(note.name, nullptr);
+}
+
+TEST(SimFirmwareLimits, RecordShorterThanTheCommandIsRefused)
+{
+    Box b(make_board());
+    const MailboxRow *row = Firmware::command(MBX_SET_MASK);
+    ASSERT_NE(row, nullptr);
+    MAILBOX mb = b.cmd(MBX_SET_MASK);
+    EXPECT_EQ(b.fw.issue(reinterpret_cast<uint8_t *>(&mb), row->min_in - 1, 64, 5, b.mem), EINVAL);
+    EXPECT_EQ(b.fw.issue(reinterpret_cast<uint8_t *>(&mb), row->min_in, 64, 5, b.mem), KVD_RC_OK);
+}
+
+TEST(SimHostMemory, RangeEndsExactlyAtTheMapping)
+{
+    ProcessMemory pm;
+    uint8_t local[8] = {};
+    const long page = sysconf(_SC_PAGESIZE);
+    void *p = mmap(nullptr, page * 2, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    ASSERT_NE(p, MAP_FAILED);
+    munmap(static_cast<uint8_t *>(p) + page, page);
+    const uint64_t a = reinterpret_cast<uintptr_t>(p);
+    EXPECT_TRUE(pm.write(a + page - 4, local, 4)); // last byte is the page's last
+    EXPECT_TRUE(pm.read(a + page - 4, local, 4));
+    EXPECT_FALSE(pm.write(a + page - 3, local, 4)); // one byte past
+    EXPECT_FALSE(pm.read(a + page - 3, local, 4));
+    munmap(p, page);
 }
