@@ -2,6 +2,7 @@
 // table's masks follow each change), and the RNID reply dump.
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <cstdlib>
 #include <cstring>
 #include <string>
@@ -87,4 +88,34 @@ TEST(RnidDump, StopsAtTheReplysEndOrEightWords)
                              "\n  10: 13121110  17161514  1b1a1918  1f1e1d1c  \n");
     EXPECT_EQ(rnid_dump(64), rnid_dump(32));
     EXPECT_EQ(rnid_dump(0xffffffff), rnid_dump(32));
+}
+
+TEST_F(BoardEnv, RegionReadsStayInsideTheirBounds)
+{
+    uint8_t buf[KVD_REGION_MAX + 1] = {};
+    uint16_t status = 0xffff;
+    uint32_t size = KVD_REGION_MAX;
+    ASSERT_EQ(getRegionData(0, KVD_REGION_TYPE_CONFIG, 0, 0, buf, &size, &status, 0), 0u);
+    EXPECT_EQ(size, 60u); // the region is shorter than the buffer
+    EXPECT_EQ(status, 0);
+    size = KVD_REGION_MAX + 1;
+    EXPECT_EQ(getRegionData(0, KVD_REGION_TYPE_CONFIG, 0, 0, buf, &size, &status, 0), (uint32_t)EINVAL);
+    size = 16;
+    ASSERT_EQ(getRegionData(0, KVD_REGION_TYPE_CONFIG, 0, 59, buf, &size, &status, 0), 0u);
+    EXPECT_EQ(size, 1u);
+    size = 16;
+    EXPECT_EQ(getRegionData(0, KVD_REGION_TYPE_CONFIG, 0, 60, buf, &size, &status, 0), 0u);
+    EXPECT_EQ(size, 0u);
+    EXPECT_EQ(getRegionData(0, KVD_REGION_TYPE_CONFIG, 0, 61, buf, &size, &status, 0), (uint32_t)EINVAL);
+    EXPECT_EQ(getRegionData(0, 3, 0, 0, buf, &size, &status, 0), (uint32_t)EINVAL);
+    EXPECT_EQ(getRegionData(0, KVD_REGION_TYPE_CONFIG, 0, 0, buf, NULL, &status, 0), (uint32_t)EFAULT);
+
+    uint32_t length = 3;
+    ASSERT_EQ(KVD_GetDriverDumpRegion(0, KVD_DUMP_REGION_REGS, buf, &length), 0u);
+    EXPECT_EQ(length, 3u); // cut to the buffer the caller named
+    EXPECT_EQ(KVD_ReadPciCfg(0, NULL, 0, 4), (uint32_t)EFAULT);
+    EXPECT_EQ(WritePciCfg(0, (uint32_t *)(void *)buf, 0, 2), (uint32_t)EINVAL);
+    // 256 KiB of adapter memory
+    EXPECT_EQ(ReadMem(0, buf, 0x3ffff, 1), 0u);
+    EXPECT_EQ(ReadMem(0, buf, 0x3ffff, 2), (uint32_t)EINVAL);
 }
