@@ -4,7 +4,9 @@
 // Failures: environment not open ENXIO, no such board ENODEV, null buffer
 // EFAULT, offset or count outside the space EINVAL; a region the board does
 // not have ENOENT; a configuration region read while the firmware takes no
-// mailbox EBUSY. The environment calls return 0 for every failure.
+// mailbox EBUSY; a region read that a fault rule "region:NAME" or
+// "region:NUMBER" fails EIO, with the rule's result as the firmware's
+// status. The environment calls return 0 for every failure.
 #pragma GCC visibility push(default)
 #include "libkvd.h"
 #pragma GCC visibility pop
@@ -296,15 +298,25 @@ uint32_t getRegionData(uint32_t board, uint32_t type, uint32_t region, uint32_t 
             if (type != KVD_REGION_TYPE_CONFIG || *size > KVD_REGION_MAX)
                 return EINVAL;
             // Regions come through the firmware's dump-memory command.
-            if (b.fw->state() != BoardState::ready) {
-                *mbx_status = MBX_NOT_FINISHED;
-                return EBUSY;
+            const RegionRow *row = region_row(region);
+            auto refuse = [&](uint16_t status, uint32_t rc) {
+                *mbx_status = status;
+                c.line.result(rc);
+                if (row)
+                    c.line.tag("region", row->name);
+                return rc;
+            };
+            if (b.fw->state() != BoardState::ready)
+                return refuse(MBX_NOT_FINISHED, EBUSY);
+            if (auto hit = library_faults().match_command("region", region, row ? row->name : nullptr,
+                                                          static_cast<int32_t>(b.cfg->number))) {
+                refuse(static_cast<uint16_t>(hit->result), EIO);
+                c.line.injected(hit->rule);
+                return EIO;
             }
             auto data = config_region(*b.cfg, b.pci->config(), region);
-            if (!data) {
-                *mbx_status = MBXERR_ERROR;
-                return ENOENT;
-            }
+            if (!data)
+                return refuse(MBXERR_ERROR, ENOENT);
             if (offset > data->size())
                 return EINVAL;
             const size_t avail = data->size() - offset;
@@ -312,7 +324,7 @@ uint32_t getRegionData(uint32_t board, uint32_t type, uint32_t region, uint32_t 
             memcpy(buffer, data->data() + offset, n);
             *size = n;
             *mbx_status = MBXERR_OK;
-            c.line.result(0).bytes("out", buffer, n);
+            c.line.result(0).tag("region", row->name).bytes("out", buffer, n);
             return 0;
         });
 }

@@ -141,85 +141,149 @@ std::vector<uint8_t> vpd_image(const BoardSpec &cfg)
     return v;
 }
 
+namespace
+{
+
+using Built = std::optional<std::vector<uint8_t>>;
+
+Built nv_params(const BoardSpec &cfg, const PciConfigSpace &, uint32_t)
+{
+    return Region(60)
+        .wwn(cfg.wwpn)
+        .wwn(cfg.wwnn)
+        .u32(cfg.pref_did)
+        .u8(cfg.hard_alpa)
+        .u8(topology_code(cfg.topology))
+        .u16(static_cast<uint16_t>(cfg.max_frame))
+        .done();
+}
+
+// The images the firmware starts.
+Built wakeup_params(const BoardSpec &cfg, const PciConfigSpace &, uint32_t)
+{
+    const FirmwareRevision &rev = cfg.revision;
+    return Region(120)
+        .u32(rev.post_kernel_rev)
+        .u32(rev.op_fw_rev)
+        .u32(rev.sli1_fw_rev)
+        .u32(rev.sli2_fw_rev)
+        .text(rev.op_fw_name, 16)
+        .text(rev.sli1_fw_name, 16)
+        .text(rev.sli2_fw_name, 16)
+        .text(cfg.firmware, 16)
+        .done();
+}
+
+// Configuration values loaded at power-on, one set per function.
+Built pci_config(const BoardSpec &, const PciConfigSpace &space, uint32_t region)
+{
+    const auto &img = space.power_on_image();
+    std::vector<uint8_t> v(img.begin(), img.begin() + 200);
+    v[0x3d] = static_cast<uint8_t>(region - 5 + 1);
+    return v;
+}
+
+Built boot_x86(const BoardSpec &cfg, const PciConfigSpace &, uint32_t)
+{
+    return Region(60)
+        .sig("BOOT")
+        .u16(1)
+        .u8(topology_code(cfg.topology))
+        .u8(0)
+        .u32(cfg.speed)
+        .u32(boot_targets(cfg, 1).empty() ? 0 : 1)
+        .done();
+}
+
+Built multiboot(const BoardSpec &cfg, const PciConfigSpace &, uint32_t)
+{
+    return boot_list("MBOT", cfg, 256, 1);
+}
+
+Built efi_params(const BoardSpec &cfg, const PciConfigSpace &, uint32_t)
+{
+    return boot_list("EFIP", cfg, 256, 2);
+}
+
+Built vpd(const BoardSpec &cfg, const PciConfigSpace &, uint32_t)
+{
+    Region r(cfg.sli_mode >= 4 ? 1000 : 512);
+    const auto v = vpd_image(cfg);
+    return r.bytes(v.data(), v.size()).done();
+}
+
+// The driver's link defaults.
+Built env_params(const BoardSpec &cfg, const PciConfigSpace &, uint32_t)
+{
+    return Region(100).sig("ENV1").u32(30).u32(32).u32(cfg.supported_speeds).u32(cfg.speed).done();
+}
+
+Built flex_params(const BoardSpec &cfg, const PciConfigSpace &, uint32_t)
+{
+    if (!cfg.tarvo)
+        return std::nullopt;
+    Region r(512);
+    r.sig("FLEX").u16(1).u16(4);
+    for (uint8_t p = 0; p < 4; ++p)
+        r.u8(p).u8(p == 0 ? 1 : 0).u8(25).u8(100); // function, FC, min %, max %
+    return r.done();
+}
+
+Built fcoe_params(const BoardSpec &cfg, const PciConfigSpace &, uint32_t)
+{
+    if (cfg.protocol != Protocol::fcoe)
+        return std::nullopt;
+    return Region(1024)
+        .sig("FCOE")
+        .u16(1)
+        .u16(0)        // flags
+        .u32(0x0efc00) // FC-MAP
+        .u16(1002)     // VLAN
+        .u8(3)         // FCoE priority
+        .u8(0x80)      // FCF priority
+        .wwn(cfg.fabric_name)
+        .done();
+}
+
+// Region number, name, SLI levels, -, least size, builder. The VPD region
+// grows to 1000 bytes on SLI-4 boards.
+constexpr RegionRow kRegions[] = {
+    {0, "NV_PARAMS", kSliAll, 0, 60, nv_params},
+    {4, "WAKEUP_PARAMS", kSliAll, 0, 120, wakeup_params},
+    {5, "PCI_CONFIG_F0", kSliAll, 0, 200, pci_config},
+    {6, "PCI_CONFIG_F1", kSliAll, 0, 200, pci_config},
+    {7, "PCI_CONFIG_F2", kSliAll, 0, 200, pci_config},
+    {8, "BOOT_X86", kSliAll, 0, 60, boot_x86},
+    {9, "MULTIBOOT", kSliAll, 0, 256, multiboot},
+    {10, "EFI_PARAMS", kSliAll, 0, 256, efi_params},
+    {14, "VPD", kSliAll, 0, 512, vpd},
+    {17, "ENV_PARAMS", kSliAll, 0, 100, env_params},
+    {22, "FLEX_PARAMS", kSliAll, 0, 512, flex_params},
+    {23, "FCOE_PARAMS", kSliAll, 0, 1024, fcoe_params},
+};
+static_assert(unique_codes(kRegions));
+static_assert(unique_names(kRegions));
+constexpr auto kRegionInfos = row_infos(kRegions);
+
+} // namespace
+
+std::span<const RowInfo> region_rows()
+{
+    return kRegionInfos;
+}
+
+const RegionRow *region_row(uint32_t region)
+{
+    return find_row(kRegions, region);
+}
+
 std::optional<std::vector<uint8_t>> config_region(const BoardSpec &cfg, const PciConfigSpace &space,
                                                   uint32_t region)
 {
-    const FirmwareRevision &rev = cfg.revision;
-    switch (region) {
-    case 0: // firmware's non-volatile parameters
-        return Region(60)
-            .wwn(cfg.wwpn)
-            .wwn(cfg.wwnn)
-            .u32(cfg.pref_did)
-            .u8(cfg.hard_alpa)
-            .u8(topology_code(cfg.topology))
-            .u16(static_cast<uint16_t>(cfg.max_frame))
-            .done();
-    case 4: // wake-up parameters: the images the firmware starts
-        return Region(120)
-            .u32(rev.post_kernel_rev)
-            .u32(rev.op_fw_rev)
-            .u32(rev.sli1_fw_rev)
-            .u32(rev.sli2_fw_rev)
-            .text(rev.op_fw_name, 16)
-            .text(rev.sli1_fw_name, 16)
-            .text(rev.sli2_fw_name, 16)
-            .text(cfg.firmware, 16)
-            .done();
-    case 5:
-    case 6:
-    case 7: { // configuration values loaded at power-on, one set per function
-        const auto &img = space.power_on_image();
-        std::vector<uint8_t> v(img.begin(), img.begin() + 200);
-        v[0x3d] = static_cast<uint8_t>(region - 5 + 1);
-        return v;
-    }
-    case 8: // x86 boot parameters
-        return Region(60)
-            .sig("BOOT")
-            .u16(1)
-            .u8(topology_code(cfg.topology))
-            .u8(0)
-            .u32(cfg.speed)
-            .u32(boot_targets(cfg, 1).empty() ? 0 : 1)
-            .done();
-    case 9:
-        return boot_list("MBOT", cfg, 256, 1);
-    case 10:
-        return boot_list("EFIP", cfg, 256, 2);
-    case 14: {
-        Region r(cfg.sli_mode >= 4 ? 1000 : 512);
-        const auto vpd = vpd_image(cfg);
-        return r.bytes(vpd.data(), vpd.size()).done();
-    }
-    case 17: // environment: the driver's link defaults
-        return Region(100).sig("ENV1").u32(30).u32(32).u32(cfg.supported_speeds).u32(cfg.speed).done();
-    case 22:
-        if (!cfg.tarvo)
-            return std::nullopt;
-        {
-            Region r(512);
-            r.sig("FLEX").u16(1).u16(4);
-            for (uint8_t p = 0; p < 4; ++p)
-                r.u8(p).u8(p == 0 ? 1 : 0).u8(25).u8(100); // function, FC, min %, max %
-            return r.done();
-        }
-    case 23:
-        if (cfg.protocol != Protocol::fcoe)
-            return std::nullopt;
-        return Region(1024)
-            .sig("FCOE")
-            .u16(1)
-            .u16(0)        // flags
-            .u32(0x0efc00) // FC-MAP
-            .u16(1002)     // VLAN
-            .u8(3)         // FCoE priority
-            .u8(0x80)      // FCF priority
-            .wwn(cfg.fabric_name)
-            .done();
-    default:
+    const RegionRow *row = region_row(region);
+    if (!row || !(row->sli_levels & sli_bit(cfg.sli_mode)))
         return std::nullopt;
-    }
+    return row->handler(cfg, space, region);
 }
 
 } // namespace kvdsim

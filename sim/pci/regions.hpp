@@ -6,13 +6,26 @@
 
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <vector>
 
 #include "config_space.hpp"
+#include "core/engine.hpp"
 #include "core/fleet.hpp"
 
 namespace kvdsim
 {
+
+// One region the firmware knows: its number, name and least size; the
+// builder answers nothing on a board that lacks the region.
+using RegionBuilder = std::optional<std::vector<uint8_t>> (*)(const BoardSpec &, const PciConfigSpace &,
+                                                              uint32_t region);
+using RegionRow = EngineRow<RegionBuilder>;
+
+// The table's codes and names, and one row by region number (null when the
+// firmware knows no such region).
+std::span<const RowInfo> region_rows();
+const RegionRow *region_row(uint32_t region);
 
 // The region's bytes, or nothing when the board does not have it.
 std::optional<std::vector<uint8_t>> config_region(const BoardSpec &cfg, const PciConfigSpace &space,

@@ -176,3 +176,14 @@ Without the SLI mode, nothing is read.
   $ KVD_SIM_FAULT=KVD_GetDriverDumpRegion=5 kvd -c 'dumpreg'
   Cannot issue command
   [252]
+
+A fault rule can fail one region's read by its name or number: the
+firmware's status is the rule's result and the library reports an I/O error.
+
+  $ KVD_SIM_FAULT=region:VPD=0x10 kvd -c 'dumpregion 14'
+  get region data error 5
+  [252]
+  $ grep '^getRegionData' trace | tail -1
+  getRegionData(board=0, type=2, region=14, offset=0, size=512, flags=0) = 5 region=VPD injected rule=1
+  $ KVD_SIM_FAULT=region:17=0x10 kvd -c 'dumpregion 0' | head -1
+  DATA[000] 10 00 06 4b 51 a0 00 10 20 00 06 4b 51 a0 00 10

@@ -281,3 +281,18 @@ TEST(ConfigRegions, VpdChecksumsToZero)
     EXPECT_EQ(v[v.size() - 5], 'R');
     EXPECT_EQ(v[v.size() - 4], 'V');
 }
+
+TEST(ConfigRegions, EveryRowBuildsWithinTheLimit)
+{
+    const BoardSpec all = board(4, Protocol::fcoe, true);
+    PciConfigSpace s(all);
+    EXPECT_EQ(region_rows().size(), 12u);
+    for (const RowInfo &r : region_rows()) {
+        const RegionRow *row = region_row(r.code);
+        ASSERT_TRUE(row) << r.name;
+        auto d = config_region(all, s, r.code);
+        ASSERT_TRUE(d) << r.name;
+        EXPECT_GE(d->size(), row->min_out) << r.name;
+        EXPECT_LE(d->size(), size_t{KVD_REGION_MAX}) << r.name;
+    }
+}
