@@ -34,21 +34,21 @@
     X("dumpreg", dumpreg, BUILT) \
     X("dumpregion", dumpregion, BUILT) \
     X("fcpmap", fcpmap, STUB) \
-    X("fcoegetparams", fcoegetparams, STUB) \
-    X("fcoesetparams", fcoesetparams, STUB) \
+    X("fcoegetparams", fcoegetparams, BUILT) \
+    X("fcoesetparams", fcoesetparams, BUILT) \
     X("fcoegetlist", fcoegetlist, STUB) \
     X("fcoesetlist", fcoesetlist, STUB) \
     X("fcoegetfcflist", fcoegetfcflist, STUB) \
     X("getcfg", getcfg, STUB) \
     X("getevent", getevent, STUB) \
     X("getfcpconfig", getfcpconfig, STUB) \
-    X("getfcppriority", getfcppriority, STUB) \
+    X("getfcppriority", getfcppriority, BUILT) \
     X("getmgmt", getmgmt, BUILT) \
     X("getversions", getversions, BUILT) \
     X("hbaattr", hbaattr, BUILT) \
     X("help", help, BUILT) \
     X("iportattr", iportattr, BUILT) \
-    X("issuedumpmbox", issuedumpmbox, STUB) \
+    X("issuedumpmbox", issuedumpmbox, BUILT) \
     X("linkinfo", linkinfo, BUILT) \
     X("listbind", listbind, STUB) \
     X("logging", logging, STUB) \
@@ -56,11 +56,11 @@
     X("tarvo", tarvo, BUILT) \
     X("mbox", mbox, BUILT) \
     X("nodeinfo", nodeInform, STUB) \
-    X("persistlinkget", persistlinkget, STUB) \
-    X("persistlinkset", persistlinkset, STUB) \
+    X("persistlinkget", persistlinkget, BUILT) \
+    X("persistlinkset", persistlinkset, BUILT) \
     X("portattr", portattr, BUILT) \
     X("portstat", portstat, BUILT) \
-    X("qoslinkspeed", qoslinkspeed, STUB) \
+    X("qoslinkspeed", qoslinkspeed, BUILT) \
     X("quit", quit, BUILT) \
     X("bye", quit, BUILT) \
     X("exit", quit, BUILT) \
@@ -72,7 +72,7 @@
     X("rdpci", rdpci, BUILT) \
     X("refresh", refresh, BUILT) \
     X("revent", regevent, STUB) \
-    X("reset", reset, STUB) \
+    X("reset", reset, BUILT) \
     X("rffreg", rffreg, BUILT) \
     X("riocb", riocb, STUB) \
     X("rnid", rnid, BUILT) \
@@ -101,13 +101,13 @@
     X("set", set, BUILT) \
     X("setcfg", setcfg, STUB) \
     X("setfcpconfig", setfcpconfig, STUB) \
-    X("setfcppriority", setfcppriority, STUB) \
+    X("setfcppriority", setfcppriority, BUILT) \
     X("setmgmt", setmgmt, BUILT) \
     X("!", shell, BUILT) \
-    X("showmmm", showmmm, STUB) \
+    X("showmmm", showmmm, BUILT) \
     X("sli4", sli4, STUB) \
     X("sli4iov", sli4iov, STUB) \
-    X("slireadstat", slireadstat, STUB) \
+    X("slireadstat", slireadstat, BUILT) \
     X("urevent", uregevent, STUB) \
     X("vpdinfo", vpdInfo, STUB) \
     X("vpcreate", vpcreate, STUB) \

@@ -17,6 +17,7 @@
 #include "kvd_mgmt.h"
 #include "kvd_regs.h"
 #include "kvd_tarvo.h"
+#include "kvd_port.h"
 
 #ifdef __cplusplus
 extern "C" {

@@ -500,6 +500,7 @@ void read_remote_ports(BoardReading &r)
 // speed). An engine with a section of its own adds its reader here.
 constexpr BoardReader kBoardReaders[] = {
     read_kind, read_pci, read_link, read_identity, read_revision, read_remote_ports, read_asic_section,
+    [](BoardReading &r) { read_port_section(r.board, r.spec); },
 };
 
 BoardSpec read_board(const Json &j, const std::string &place, const Fleet &fleet)
@@ -529,6 +530,7 @@ Fleet read_fleet(const Json &doc)
     top.text("hostname", f.hostname, kHostnameMax);
     top.text("manufacturer", f.manufacturer, kManufacturerMax);
     top.number("logging_enable", f.logging_enable);
+    top.flag("mmm", f.mmm);
     if (const Json *bv = top.take("boards")) {
         if (!bv->is_array())
             fail("boards", std::string("expected an array, found ") + type_name(*bv));

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "asic/asic_spec.hpp"
+#include "port/port_spec.hpp"
 
 namespace kvdsim {
 
@@ -109,6 +110,7 @@ struct BoardSpec {
     Wwn fabric_name{};
     std::vector<RemotePort> remote_ports;
     AsicSpec asic;                 // the Tarvo ASIC, when `tarvo`
+    PortSpec port;                 // the "port" section
 };
 
 struct Fleet {
@@ -118,6 +120,7 @@ struct Fleet {
     std::string hostname;
     std::string manufacturer;
     uint32_t logging_enable = 0;   // libkvd_logging_enable
+    bool mmm = false;              // management mix-and-match allowed
     std::vector<BoardSpec> boards; // in board-number order
 };
 

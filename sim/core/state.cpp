@@ -92,6 +92,8 @@ void Library::load()
                 b.asic = std::make_unique<Asic>(cfg.asic);
             if (!cfg.online)
                 b.fw->set_state(BoardState::offline);
+            b.port = std::make_unique<Port>(cfg);
+            b.port->power_on(*b.fw);
             b.pci = std::make_unique<PciEngine>(cfg, b.fw->link().event_tag);
             b.mgmt = std::make_unique<MgmtEngine>(cfg, b.fw->link().event_tag);
             mask |= 1u << cfg.number;
@@ -100,6 +102,7 @@ void Library::load()
         fprintf(stderr, "libkvd: cannot start the boards' firmware: %s\n", e.what());
         for (Board &b : boards_) {
             b.cfg = nullptr;
+            b.port.reset();
             b.fw.reset();
             b.pci.reset();
             b.mgmt.reset();

@@ -16,6 +16,7 @@
 #include "core/fault.hpp"
 #include "asic/asic.hpp"
 #include "mailbox/firmware.hpp"
+#include "port/port.hpp"
 #include "core/fleet.hpp"
 #include "core/trace.hpp"
 #include "mgmt/mgmt.hpp"
@@ -31,6 +32,7 @@ struct Board {
     const BoardSpec *cfg = nullptr;
     std::unique_ptr<Firmware> fw;     // mailbox firmware: every board
     std::unique_ptr<Asic> asic;       // Tarvo ASIC: converged boards only
+    std::unique_ptr<Port> port;       // driver port settings: every board
     std::unique_ptr<PciEngine> pci;   // configuration space, registers, SLIM: every board
     std::unique_ptr<MgmtEngine> mgmt; // RNID management information: every board
 };

@@ -151,12 +151,12 @@ void Firmware::reset_defaults()
     build_logins();
 }
 
-void Firmware::restart()
+void Firmware::restart(bool bring_up)
 {
     if (link_.up)
         link_down_event();
     reset_defaults();
-    if (cfg_.link_up)
+    if (cfg_.link_up && bring_up)
         link_up_event();
 }
 

@@ -92,8 +92,9 @@ class Firmware
 
     // The board goes through a firmware reset, as RESTART does: the link
     // drops and comes back as at power-on, counters are cleared and the
-    // stored configuration returns to its defaults.
-    void restart();
+    // stored configuration returns to its defaults. With `bring_up` false
+    // the link stays down (a driver that holds it down).
+    void restart(bool bring_up = true);
 
     const BoardSpec &cfg() const
     {

@@ -11,9 +11,11 @@
 #include "asic/asic.hpp"
 #include "mailbox/firmware.hpp"
 #include "tarvo/tarvo.h"
+#include "port/port.hpp"
 
 using kvdsim::Asic;
 using kvdsim::Firmware;
+using kvdsim::Port;
 using kvdsim::RowInfo;
 
 namespace
@@ -57,6 +59,7 @@ TEST(Tables, EngineCodesAndNamesAreUnique)
 {
     expect_unique_codes(Firmware::commands(), "mailbox");
     expect_unique_codes(Asic::commands(), "asic");
+    expect_unique_codes(Port::commands(), "port");
 }
 
 TEST(Tables, EveryMailboxRowIssuesACommandTheFirmwareServes)
