@@ -86,7 +86,8 @@ uint32_t ReadCtlReg(uint32_t board, uint32_t *value, uint32_t offset)
 }
 
 // A write that posts a mailbox runs it; one that sets HC's restart bit
-// restarts the firmware (which also ends a held dump).
+// restarts the firmware (which also ends a held dump). After a restart the
+// link comes up only where the port's settings allow it.
 uint32_t WriteCtlReg(uint32_t board, uint32_t *value, uint32_t offset)
 {
     return board_call<uint32_t>(
@@ -100,7 +101,7 @@ uint32_t WriteCtlReg(uint32_t board, uint32_t *value, uint32_t offset)
                 run_slim_mailbox(b);
             } else if (*action == RegAction::restart_firmware) {
                 b.pci->clear_dump();
-                b.fw->restart();
+                b.fw->restart(b.port->link_allowed());
             }
             c.line.result(0).bytes("in", value, sizeof *value);
             return 0;
@@ -152,7 +153,7 @@ uint32_t KVD_SetDumpEnv(uint32_t board, uint32_t flag)
                 set_board_online(b, false);
                 break;
             case KVD_DUMPENV_WARM_START:
-                b.fw->restart();
+                b.fw->restart(b.port->link_allowed());
                 set_board_online(b, true);
                 break;
             case KVD_DUMPENV_FORCE_DUMP:

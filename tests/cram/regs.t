@@ -337,6 +337,19 @@ usage text.
   $ calls KVD_SetDumpEnv
   0
 
+A warm start brings the link back only where the port's settings allow:
+with the link held down (board 2), the third word of the driver's view (link
+up) stays 0.
+
+  $ printf 'set board 2\npersistlinkset 1\nsdump 3\ndumpreg 3\npersistlinkset 0\nsdump 3\ndumpreg 3\nquit\n' | kvd 2>&1 | grep -A2 '^cmd> Driver'
+  cmd> Driver Region 3 Data (32 bytes):
+  
+     0: 01000000  00000000  00000000  01000000  ................
+  --
+  cmd> Driver Region 3 Data (32 bytes):
+  
+     0: 01000000  00000000  01000000  06000000  ................
+
 The diagnostic environment: all boards, or with 0x10 only the current one.
 
   $ kvd <<'EOF' 2>&1 | grep -v '^cmd> $' | sed -n '/^cmd>/,$p'
