@@ -31,8 +31,8 @@
     X("ct", ct, BUILT) \
     X("dportattr", dportattr, BUILT) \
     X("drvinfo", drvinfo, BUILT) \
-    X("dumpreg", dumpreg, STUB) \
-    X("dumpregion", dumpregion, STUB) \
+    X("dumpreg", dumpreg, BUILT) \
+    X("dumpregion", dumpregion, BUILT) \
     X("fcpmap", fcpmap, STUB) \
     X("fcoegetparams", fcoegetparams, BUILT) \
     X("fcoesetparams", fcoesetparams, BUILT) \
@@ -43,7 +43,7 @@
     X("getevent", getevent, STUB) \
     X("getfcpconfig", getfcpconfig, STUB) \
     X("getfcppriority", getfcppriority, BUILT) \
-    X("getmgmt", getmgmt, STUB) \
+    X("getmgmt", getmgmt, BUILT) \
     X("getversions", getversions, BUILT) \
     X("hbaattr", hbaattr, BUILT) \
     X("help", help, BUILT) \
@@ -64,20 +64,20 @@
     X("quit", quit, BUILT) \
     X("bye", quit, BUILT) \
     X("exit", quit, BUILT) \
-    X("rdallpci", rdallpci, STUB) \
-    X("rdca", rdca, STUB) \
-    X("rdha", rdha, STUB) \
-    X("rdhc", rdhc, STUB) \
-    X("rdhs", rdhs, STUB) \
-    X("rdpci", rdpci, STUB) \
-    X("refresh", refresh, STUB) \
+    X("rdallpci", rdallpci, BUILT) \
+    X("rdca", rdca, BUILT) \
+    X("rdha", rdha, BUILT) \
+    X("rdhc", rdhc, BUILT) \
+    X("rdhs", rdhs, BUILT) \
+    X("rdpci", rdpci, BUILT) \
+    X("refresh", refresh, BUILT) \
     X("revent", regevent, STUB) \
     X("reset", reset, BUILT) \
-    X("rffreg", rffreg, STUB) \
+    X("rffreg", rffreg, BUILT) \
     X("riocb", riocb, STUB) \
-    X("rnid", rnid, STUB) \
-    X("sdiag", sdiag, STUB) \
-    X("sdump", sdump, STUB) \
+    X("rnid", rnid, BUILT) \
+    X("sdiag", sdiag, BUILT) \
+    X("sdump", sdump, BUILT) \
     X("sd_all_events", sd_all_events, STUB) \
     X("sd_free_bucket", sd_free_bucket, STUB) \
     X("sd_get_bucket", sd_get_bucket, STUB) \
@@ -102,7 +102,7 @@
     X("setcfg", setcfg, STUB) \
     X("setfcpconfig", setfcpconfig, STUB) \
     X("setfcppriority", setfcppriority, BUILT) \
-    X("setmgmt", setmgmt, STUB) \
+    X("setmgmt", setmgmt, BUILT) \
     X("!", shell, BUILT) \
     X("showmmm", showmmm, BUILT) \
     X("sli4", sli4, BUILT) \
@@ -118,14 +118,14 @@
     X("vpgetphys", vpgetphys, STUB) \
     X("vpgetres", vpgetres, STUB) \
     X("vpnpivrdy", vpnpivrdy, STUB) \
-    X("wffreg", wffreg, STUB) \
+    X("wffreg", wffreg, BUILT) \
     X("wportattr", wportattr, BUILT) \
-    X("wrca", wrca, STUB) \
-    X("wrha", wrha, STUB) \
-    X("wrhc", wrhc, STUB) \
-    X("wrhs", wrhs, STUB) \
-    X("wrpci", wrpci, STUB) \
-    X("wslim", wslim, STUB)
+    X("wrca", wrca, BUILT) \
+    X("wrha", wrha, BUILT) \
+    X("wrhc", wrhc, BUILT) \
+    X("wrhs", wrhs, BUILT) \
+    X("wrpci", wrpci, BUILT) \
+    X("wslim", wslim, BUILT)
 // clang-format on
 
 #endif

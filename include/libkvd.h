@@ -15,6 +15,8 @@
 #include "kvd_brdinfo.h"
 #include "kvd_mbox.h"
 #include "kvd_sli4.h"
+#include "kvd_mgmt.h"
+#include "kvd_regs.h"
 #include "kvd_tarvo.h"
 #include "kvd_port.h"
 #include "kvd_passthru.h"

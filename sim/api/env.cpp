@@ -12,6 +12,7 @@
 
 #include "hba/attributes.hpp"
 #include "core/entry.hpp"
+#include "pci/board_env.hpp"
 
 using namespace kvdsim;
 
@@ -44,15 +45,12 @@ uint32_t fill_table(Library &lib, Entry *table, uint32_t entries, Fill fill)
     return filled;
 }
 
-// The driver-wide fields that entry 0 carries, present board or not.
-template <class Entry> void driver_fields(const Fleet &fleet, Entry &e)
+// The driver-wide fields that entry 0 carries, present board or not. The
+// masks show each board as it is now, online or taken offline.
+template <class Entry> void driver_fields(Library &lib, Entry &e)
 {
-    for (const BoardSpec &cfg : fleet.boards) {
-        if (cfg.online)
-            e.a_onmask |= 1u << cfg.number;
-        else
-            e.a_offmask |= 1u << cfg.number;
-    }
+    const Fleet &fleet = lib.fleet();
+    board_masks(lib, e.a_onmask, e.a_offmask);
     size_t n = fleet.driver_version.size() < sizeof e.a_drvrid - 1 ? fleet.driver_version.size()
                                                                    : sizeof e.a_drvrid - 1;
     memset(e.a_drvrid, 0, sizeof e.a_drvrid);
@@ -77,7 +75,7 @@ template <class Entry, class Fill> uint32_t open_env(Call &c, Entry *table, uint
     uint32_t filled = 0;
     if (table && entries) {
         filled = fill_table(c.lib, table, entries, fill);
-        driver_fields(c.lib.fleet(), table[0]);
+        driver_fields(c.lib, table[0]);
     }
     c.line.result(filled);
     if (table)
@@ -94,7 +92,11 @@ uint32_t KVD_InitDiagEnv(KVD_BRDINFO *brdinfo, uint32_t max_boards)
         [&](TraceLine &t) { t.arg_ptr("brdinfo", brdinfo).arg("max_boards", max_boards); },
         [&](Call &c) {
             const uint32_t entries = max_boards < KVD_MAX_BOARDS ? max_boards : KVD_MAX_BOARDS;
-            return open_env(c, brdinfo, entries, [](const BoardSpec &cfg, KVD_BRDINFO &e) { board_entry(cfg, e); });
+            const uint32_t filled = open_env(
+                c, brdinfo, entries, [](const BoardSpec &cfg, KVD_BRDINFO &e) { board_entry(cfg, e); });
+            // Its masks now follow every change of a board's state.
+            remember_board_table(entries ? brdinfo : nullptr);
+            return filled;
         });
 }
 
@@ -120,6 +122,7 @@ void KVD_FreeDiagEnv(void)
     }
     // The boards and their firmware stay: the hardware does not go away
     // with the environment, and a later KVD_InitDiagEnv finds it as it was.
+    forget_board_table();
     Library::set_open(false);
     line.result(0).emit();
 }

@@ -100,6 +100,8 @@ void Library::load()
                 b.fw->set_state(BoardState::offline);
             b.port = std::make_unique<Port>(cfg);
             b.port->power_on(*b.fw);
+            b.pci = std::make_unique<PciEngine>(cfg, b.fw->link().event_tag);
+            b.mgmt = std::make_unique<MgmtEngine>(cfg, b.fw->link().event_tag);
             mask |= 1u << cfg.number;
         }
     } catch (const std::exception &e) {
@@ -108,6 +110,8 @@ void Library::load()
             b.cfg = nullptr;
             b.port.reset();
             b.fw.reset();
+            b.pci.reset();
+            b.mgmt.reset();
             b.asic.reset();
             b.fabric.reset();
             b.scsi.reset();

@@ -23,6 +23,8 @@
 #include "sli4/sli4_engine.hpp"
 #include "core/fleet.hpp"
 #include "core/trace.hpp"
+#include "mgmt/mgmt.hpp"
+#include "pci/pci_engine.hpp"
 
 namespace kvdsim
 {
@@ -38,6 +40,8 @@ struct Board {
     std::unique_ptr<Fabric> fabric;    // what the port reaches: every board
     std::unique_ptr<ScsiTargets> scsi; // the FCP targets among them
     std::unique_ptr<Sli4Engine> sli4;  // SLI-4 configuration and object store: SLI-4 boards
+    std::unique_ptr<PciEngine> pci;    // configuration space, registers, SLIM: every board
+    std::unique_ptr<MgmtEngine> mgmt;  // RNID management information: every board
 };
 
 class Library

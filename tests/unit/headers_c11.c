@@ -1,6 +1,8 @@
 /* Compiled as C11: the shared headers must stay valid C. */
 #include "kvd_sli4.h" /* on its own first: it must bring what it needs */
 #include "libkvd.h"
+#include "kvd_mgmt.h"
+#include "kvd_regs.h"
 #include "kvd_port.h"
 
 int kvd_headers_c11_probe(MAILBOX *sli4);
