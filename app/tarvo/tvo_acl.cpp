@@ -8,7 +8,8 @@
 
 #include "tarvo.h"
 
-#define TVO_FACL_RSP_SIZE (offsetof(tarvo_get_facl_rsp_t, facl_list) + sizeof(tarvo_facl_t))
+// The reply offered: the record and one entry, room for exactly one entry.
+#define TVO_FACL_RSP_SIZE (sizeof(tarvo_get_facl_rsp_t) + sizeof(tarvo_facl_t))
 #define TVO_FACL_FIT ((TVO_FACL_RSP_SIZE - offsetof(tarvo_get_facl_rsp_t, facl_list)) / sizeof(tarvo_facl_t))
 
 // Reads logical port lport's list into rsp (TVO_FACL_RSP_SIZE bytes) and
