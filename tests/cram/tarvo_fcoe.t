@@ -85,6 +85,16 @@ with the first VLAN, or "(null)" when none was typed), cuts the port id to
   $ sent 0 40
   22000000010000000200000020000000000000011000000000000001020214000000000000000000
 
+All four VLANs fill the line to the thirteen words the dispatcher takes.
+
+  $ kvd -b 1 -c 'tarvo setfcoeparams 1 1 2000000000000001 1000000000000001 2 1 4 1 2 3 4' | tail -2
+  Done.
+  
+  $ sent 32 8
+  0100020003000400
+  $ kvd -b 1 -c 'tarvo setfcoeparams 1 1 2000000000000001 1000000000000001 2 1 4 1 2 3 4 5' | head -1
+  Usagetarvo: tarvo command [brd]
+
 A name that does not parse is replaced by the current WWN; without one the
 command names the offending token (with the command word misspelt) and
 sends nothing.

@@ -1,6 +1,6 @@
 // The tarvo family's own helpers: the checksum, the byte-order helpers, the
-// sub-command table and the transport error lines, and the file-name cut of
-// download.
+// sub-command table and the transport error lines, the file-name cut of
+// download, and the words beyond the count.
 #include <gtest/gtest.h>
 
 #include <cstring>
@@ -94,4 +94,48 @@ TEST(TarvoDownload, FileNameIsCutTo512)
     EXPECT_EQ(open_failure(511), "Error: Unable to open <" + std::string(511, 'n') + ">.\n");
     EXPECT_EQ(open_failure(512), "Error: Unable to open <" + std::string(512, 'n') + ">.\n");
     EXPECT_EQ(open_failure(513), "Error: Unable to open <" + std::string(512, 'n') + ">.\n");
+}
+
+// Words beyond margc are absent even when the vector still holds an older
+// line's token there: they fall back on the current WWN or fail.
+TEST(TarvoWords, TokensBeyondTheCountAreAbsent)
+{
+    char w0[] = "tarvo", w1[] = "createvl", w2[] = "0", stale[] = "2000000000000001";
+    int32_t saved_margc = margc;
+    int32_t saved_set = cur_wwn_set;
+    HBA_WWN saved_wwn = cur_wwn;
+    char *saved[5];
+    memcpy(saved, margv, sizeof(saved));
+    margc = 3;
+    margv[0] = w0;
+    margv[1] = w1;
+    margv[2] = w2;
+    margv[3] = stale;
+    margv[4] = stale;
+
+    HBA_WWN wwn;
+    memset(&wwn, 0, sizeof(wwn));
+    cur_wwn_set = 0;
+    EXPECT_EQ(tvo_wwn_arg(&wwn, 2), 0); // "0" is no WWN
+    EXPECT_EQ(tvo_wwn_arg(&wwn, 3), 0);
+    EXPECT_STREQ(tvo_token(3), "(null)");
+    EXPECT_STREQ(tvo_token(2), "0");
+    cur_wwn_set = 1;
+    memset(cur_wwn.wwn, 0x5a, sizeof(cur_wwn.wwn));
+    EXPECT_EQ(tvo_wwn_arg(&wwn, 3), 1);
+    EXPECT_EQ(memcmp(wwn.wwn, cur_wwn.wwn, 8), 0);
+    margc = 4;
+    EXPECT_EQ(tvo_wwn_arg(&wwn, 3), 1);
+    EXPECT_EQ(wwn.wwn[7], 1);
+
+    // Without a response area createvl says so and sends nothing.
+    margc = 3;
+    CaptureStdout();
+    tvocreatevl(&tarvoinfo[35], nullptr);
+    EXPECT_EQ(GetCapturedStdout(), "Unable to allocate rsp buffer memory 4.\n");
+
+    margc = saved_margc;
+    memcpy(margv, saved, sizeof(saved));
+    cur_wwn_set = saved_set;
+    cur_wwn = saved_wwn;
 }
