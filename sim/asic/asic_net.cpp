@@ -97,7 +97,7 @@ void Asic::init_net(const AsicSpec &spec)
         memcpy(r.mac, mac, sizeof mac);
         r.vlan_id = static_cast<uint16_t>(spec.fcoe_vlan);
         // The first FCF is the principal switch, whose name is the fabric's.
-        const uint8_t sw[8] = {0x20, static_cast<uint8_t>(i + 1), 0x00, 0x02, 0x5e, 0x11, 0xfc, 0x00};
+        const uint8_t sw[8] = {0x20, static_cast<uint8_t>(i + 1), 0x02, 0x5e, 0x11, 0xfc, 0x00, 0x00};
         memcpy(r.sw_name, i == 0 ? spec.fabric_name.data() : sw, TARVO_ADDR_SIZE);
         memcpy(r.fabric_name, spec.fabric_name.data(), TARVO_ADDR_SIZE);
         r.fc_map = kAsicDefaultFcMap;

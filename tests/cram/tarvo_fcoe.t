@@ -148,7 +148,7 @@ getfcflist: the FCFs of the fabric, all available at power-on.
   Supported address mode FPMA
   handle:101 vlan_id:3ea
   mac name : 025e11fc0002
-  switch name : 200200025e11fc00
+  switch name : 2002025e11fc0000
   fabric name : 1000064b51f20001
   fc_map:efc00 lka period:1f40
   FCF_AVAILABLE_STATE
@@ -171,7 +171,7 @@ empty.
   $ KVD_SIM_FLEET=many.json kvd -c 'tarvo getfcflist' | tail -8
   handle:11f vlan_id:c8
   mac name : 025e11fc0020
-  switch name : 202000025e11fc00
+  switch name : 2020025e11fc0000
   fabric name : 1000064b51f00001
   fc_map:efc00 lka period:1f40
   FCF_AVAILABLE_STATE

@@ -67,7 +67,7 @@ tarvo_facl_t facl(uint8_t sw, const std::array<uint8_t, 8> &fabric, uint32_t per
 {
     tarvo_facl_t a{};
     memcpy(a.fabric_name, fabric.data(), 8);
-    const uint8_t name[8] = {0x20, sw, 0, 0x02, 0x5e, 0x11, 0xfc, 0};
+    const uint8_t name[8] = {0x20, sw, 0x02, 0x5e, 0x11, 0xfc, 0, 0};
     memcpy(a.sw_name, name, 8);
     a.acc_ctrl = permit;
     return a;
