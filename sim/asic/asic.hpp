@@ -227,6 +227,7 @@ class Asic
     uint32_t dcbx_mode_ = 0;
     std::array<uint32_t, 2> pause_type_{}, priority_{}, cos_{}, port_type_{}, lb_mode_{};
     Diag diag_;
+    uint32_t diag_failing_ = 0; // bit i: test i fails every loop
 };
 
 // What an image must hold for the ASIC to take it. Returns kAsicOk or

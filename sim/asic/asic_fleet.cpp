@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "asic/asic.hpp"
 #include "asic/asic_spec.hpp"
 #include "core/section.hpp"
 
@@ -132,6 +133,7 @@ void read_asic_section(BoardReading &r)
         fail(o.at("fcoe_vlan"), "VLAN 0");
     o.number("dcbx_mode", a.dcbx_mode, TARVO_DCBX_MODE_CEE_VER_04);
     o.flag("host_pfc", a.host_pfc);
+    o.number("diag_failing", a.diag_failing, (1u << kAsicDiagTests) - 1);
     o.finish();
 }
 

@@ -81,6 +81,7 @@ void Asic::init_net(const AsicSpec &spec)
     memcpy(pg_current_.pg_bw, bw, sizeof bw);
     pg_default_ = pg_current_;
     host_pfc_ = spec.host_pfc;
+    diag_failing_ = spec.diag_failing;
     dcbx_mode_ = spec.dcbx_mode;
     for (int p = 0; p < 2; ++p) {
         pause_type_[p] = TARVO_PAUSE_PFC;

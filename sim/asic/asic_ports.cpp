@@ -130,7 +130,7 @@ void Asic::diag_advance()
     const uint64_t loops = (ticks_ - diag_.started) / kAsicDiagTicksPerLoop;
     if (diag_.requested != 0 && loops >= diag_.requested) {
         diag_.completed = diag_.requested;
-        diag_stop(TARVO_DIAG_SUCCESS);
+        diag_stop(diag_failing_ ? TARVO_DIAG_FAILED : TARVO_DIAG_SUCCESS);
         return;
     }
     diag_.completed = static_cast<uint32_t>(std::min<uint64_t>(loops, 0xffffffffu));
@@ -140,7 +140,9 @@ void Asic::diag_stop(uint32_t summary)
 {
     diag_.state = DiagState::done;
     diag_.summary = summary;
-    log(0, summary == TARVO_DIAG_SUCCESS ? "diag: tests passed" : "diag: tests aborted");
+    log(0, summary == TARVO_DIAG_SUCCESS  ? "diag: tests passed"
+           : summary == TARVO_DIAG_FAILED ? "diag: tests failed"
+                                          : "diag: tests aborted");
 }
 
 uint32_t Asic::get_diag_log(Exchange &x)
@@ -160,7 +162,11 @@ uint32_t Asic::get_diag_log(Exchange &x)
     memcpy(x.out.data() + offsetof(tarvo_diag_log_data_rsp_t, data), head, sizeof head);
     for (uint32_t i = 0; i < kAsicDiagTests; ++i) {
         uint8_t *e = x.out.data() + kDiagFirst + i * kDiagStride;
-        memcpy(e, &diag_.summary, 4);
+        // A finished run reports each test; an aborted one none.
+        uint32_t status = diag_.summary;
+        if (status != TARVO_DIAG_ABORTED)
+            status = diag_failing_ & (1u << i) ? TARVO_DIAG_FAILED : TARVO_DIAG_SUCCESS;
+        memcpy(e, &status, 4);
         char text[kDiagTextBytes] = {};
         snprintf(text, sizeof text, "%s", kDiagTests[i]);
         memcpy(e + 4, text, sizeof text);

@@ -51,6 +51,8 @@ struct AsicSpec {
     uint32_t fcoe_vlan = 1002;
     uint32_t dcbx_mode = 1;
     bool host_pfc = true;
+    // Diagnostic tests that fail (bit i for test i of the eight).
+    uint32_t diag_failing = 0;
 
     static std::vector<AsicLogSpec> default_logs();
 };

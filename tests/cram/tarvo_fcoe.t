@@ -127,6 +127,9 @@ time-out, VLANs up to 4094, logical ports 0 to 3 ("bad port", 10).
   Tarvo command error. code=2.
   $ kvd -b 1 -c 'tarvo setfcoeparams 1 1 2000000000000001 1000000000000001 2 1 0' | tail -1
   Tarvo command error. code=2.
+  $ kvd -b 1 -c 'tarvo setfcoeparams 1 1 2000000000000001 1000000000000001 2 1 4 4094' | tail -2
+  Done.
+  
   $ kvd -b 1 -c 'tarvo setfcoeparams 1 1 2000000000000001 1000000000000001 2 1 4 4095' | tail -1
   Tarvo command error. code=2.
   $ kvd -b 1 -c 'tarvo setfcoeparams 1 4 2000000000000001 1000000000000001 2 1 4' | tail -1
@@ -177,6 +180,11 @@ empty.
   FCF_AVAILABLE_STATE
   Control Flag:1 priority:9f
   Supported address mode SPMA
+  $ for v in 0 4094 4095; do printf '{"boards":[{"board":0,"wwpn":"10:00:06:4b:51:b4:02:00","protocol":"fcoe","asic":{"fcoe_vlan":%d}}]}' $v > v.json; KVD_SIM_FLEET=v.json kvd -c 'tarvo getfcflist' 2>&1 | sed -n 1p\;4p; done
+  libkvd: v.json: boards[0].asic.fcoe_vlan: VLAN 0
+  returned fcfs:2
+  handle:100 vlan_id:ffe
+  libkvd: v.json: boards[0].asic.fcoe_vlan: value 0xfff out of range 0..0xffe
   $ printf '{"boards":[{"board":0,"wwpn":"10:00:06:4b:51:b4:02:00","protocol":"fcoe","asic":{"fcfs":0}}]}' > none.json
   $ KVD_SIM_FLEET=none.json kvd -c 'tarvo getfcflist'
   returned fcfs:0

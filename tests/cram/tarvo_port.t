@@ -332,6 +332,41 @@ is refused as an invalid command (2), and no reset follows.
   $ grep -o '^KVD_SendTarvoCommand(.*) = [0-9]* command=[A-Z_]*' trace | tail -1
   KVD_SendTarvoCommand(board=1, cmd_len=8, rsp_len=4) = 0 command=DIAG
 
+A fleet may make tests fail (bit i for test i + 1): the run then ends
+failed, each test reported by its own status. All eight may fail (the board
+comes up, with no log yet: "not found", 9); there is no ninth.
+
+  $ printf '{"boards":[{"board":0,"wwpn":"10:00:06:4b:51:b4:02:00","protocol":"fcoe","asic":{"diag_failing":"0x30"}}]}' > fail.json
+  $ printf 'tarvo diag 1\ntarvo getdlog\ntarvo getdlog\nquit\n' | KVD_SIM_FLEET=fail.json kvd | sed -n '/^cmd>/,$p'
+  cmd> Diagnostics started.
+  
+  cmd> Tarvo command error. code=16.
+  cmd>        Number of tests: 8
+           Status length: 32 bytes
+    Requested loop count: 1
+    Completed loop count: 1
+            Test summary: Failed.
+  
+  Results:
+  -----------------------------------------------------   1: Success: internal memory
+     2: Success: register access
+     3: Success: forwarding table
+     4: Success: pcie dma
+     5:  Failed: port 0 mac loopback
+     6:  Failed: port 1 mac loopback
+     7: Success: fc port 2 loopback
+     8: Success: fc port 3 loopback
+  
+  cmd>  (no-eol)
+  $ printf '{"boards":[{"board":0,"wwpn":"10:00:06:4b:51:b4:02:00","protocol":"fcoe","asic":{"diag_failing":256}}]}' > bad.json
+  $ sed 's/"0x30"/255/' fail.json > all.json; KVD_SIM_FLEET=all.json kvd -c 'tarvo getdlog'
+  Tarvo command error. code=9.
+  $ KVD_SIM_FLEET=bad.json kvd -c 'tarvo getdlog'
+  libkvd: bad.json: boards[0].asic.diag_failing: value 0x100 out of range 0..0xff
+  
+  No Adapters Found
+  [253]
+
 diag's other answers: busy and invalid command by their own lines, any other
 status in hexadecimal; a failed reset after it prints the code line. A
 second 7 from getdlog is not asked again.
