@@ -55,6 +55,10 @@ int tvo_wwn_arg(HBA_WWN *wwn, int index);
 /* margv[index], or "(null)" for a token beyond margc. */
 const char *tvo_token(int index);
 
+/* Prints the diagnostic log reply of size bytes at buf; entries that would
+ * reach past its end are not printed. */
+void tvo_print_dlog(const uint8_t *buf, uint32_t size);
+
 /* The eight bytes of a name or address, for an "%02x" x 8 format. */
 #define TVO_BYTES8(b) (b)[0], (b)[1], (b)[2], (b)[3], (b)[4], (b)[5], (b)[6], (b)[7]
 

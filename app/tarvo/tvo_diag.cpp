@@ -127,7 +127,7 @@ static int tvo_read_dlog(uint8_t **buf, uint32_t *size)
     return tvo_get(TARVO_CMD_GET_DIAG_LOG, 0, *buf, *size, *size);
 }
 
-static void tvo_print_dlog(const uint8_t *buf, uint32_t size)
+void tvo_print_dlog(const uint8_t *buf, uint32_t size)
 {
     const size_t log_at = offsetof(tarvo_diag_log_data_rsp_t, data);
     const size_t first = log_at + offsetof(tarvo_diag_log_t, data);

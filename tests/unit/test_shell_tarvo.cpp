@@ -1,10 +1,11 @@
 // The tarvo family's own helpers: the checksum, the byte-order helpers, the
 // sub-command table and the transport error lines, the file-name cut of
-// download, and the words beyond the count.
+// download, the words beyond the count and the bounds of the diagnostic log.
 #include <gtest/gtest.h>
 
 #include <cstring>
 #include <string>
+#include <vector>
 
 #include "tarvo/tarvo.h"
 
@@ -138,4 +139,36 @@ TEST(TarvoWords, TokensBeyondTheCountAreAbsent)
     memcpy(margv, saved, sizeof(saved));
     cur_wwn_set = saved_set;
     cur_wwn = saved_wwn;
+}
+
+// The diagnostic report stops at the reply's end whatever the test count
+// says, and names statuses it does not know by their number.
+TEST(TarvoDiagLog, EntriesStayInsideTheReply)
+{
+    // Header, then entries (status_length 1 word: 4 text bytes) 64 bytes apart.
+    const uint32_t head[7] = {0, 0, 9, 1, 2, 2, 0x1234};
+    std::vector<uint8_t> reply(28 + 64 + 8);
+    memcpy(reply.data(), head, sizeof(head));
+    const uint32_t ok = 0xD0000001u, odd = 0x77;
+    memcpy(reply.data() + 28, &ok, 4);
+    memcpy(reply.data() + 32, "abc", 4);
+    memcpy(reply.data() + 92, &odd, 4);
+    memcpy(reply.data() + 96, "wxyz", 4); // unterminated, at the very end
+    CaptureStdout();
+    tvo_print_dlog(reply.data(), (uint32_t)reply.size());
+    EXPECT_EQ(GetCapturedStdout(), "       Number of tests: 9\n"
+                                   "         Status length: 4 bytes\n"
+                                   "  Requested loop count: 2\n"
+                                   "  Completed loop count: 2\n"
+                                   "          Test summary: unknown(1234)\n"
+                                   "\n"
+                                   "Results:\n"
+                                   "-----------------------------------------------------"
+                                   "   1: Success: abc\n"
+                                   "   2: Status(77): wxyz\n"
+                                   "\n");
+    // Too short for the header: nothing at all.
+    CaptureStdout();
+    tvo_print_dlog(reply.data(), 27);
+    EXPECT_EQ(GetCapturedStdout(), "");
 }
