@@ -70,6 +70,48 @@
 #define TARVO_IMAGE_OPERATIONAL 1
 #define TARVO_IMAGE_DIAGNOSTIC 2
 
+/* Forwarding-table entry flags: in use; the action of an inserted entry. */
+#define TARVO_FTE_IN_USE 0x8000u
+#define TARVO_FTE_FORWARD 0 /* to the Pelmir FC controller */
+#define TARVO_FTE_DROP 1
+
+/* Reset record: which image to run. */
+#define TARVO_RESET_OPERATIONAL 0
+#define TARVO_RESET_GOLDEN 1
+
+/* Test-status words of the diagnostic log. */
+#define TARVO_DIAG_SUCCESS 0xD0000001u
+#define TARVO_DIAG_FAILED 0xD0000002u
+#define TARVO_DIAG_ABORTED 0xD0000003u
+
+/* Pause types (tarvo_set_cmd_t.value1 of the pause command). */
+#define TARVO_PAUSE_SP 1
+#define TARVO_PAUSE_PFC 2
+
+/* Uplink port types. */
+#define TARVO_PORT_ACCESS 1
+#define TARVO_PORT_TRUNK 2
+
+/* DCBX modes: the reported mode minus TARVO_DCBX_MODE_BASE. */
+#define TARVO_DCBX_MODE_BASE 0x80000000u
+#define TARVO_DCBX_MODE_PRE_CEE 0
+#define TARVO_DCBX_MODE_CEE_VER_01 1
+#define TARVO_DCBX_MODE_CEE_VER_02 2
+#define TARVO_DCBX_MODE_CEE_VER_03 3
+#define TARVO_DCBX_MODE_CEE_VER_04 4
+
+/* FCF states. */
+#define FCF_CREATE_STATE 0x0001
+#define FCF_READY_STATE 0x0002
+#define FCF_AVAILABLE_STATE 0x0004
+#define FCF_OFFLINE 0x8000
+
+/* FCoE modes and FIP addressing modes. */
+#define TARVO_FCOE_NON_FIP 0
+#define TARVO_FCOE_FIP 1
+#define TARVO_ADDR_MODE_SPMA 1
+#define TARVO_ADDR_MODE_FPMA 2
+
 /* FCoE frame-format bits: P0, and T0..T14 (bit n for Tn). */
 #define FC0E_FRAME_FORMAT_P0 0x00010000u
 #define FC0E_FRAME_FORMAT_T(n) (0x00000001u << (n))

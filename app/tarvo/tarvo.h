@@ -43,6 +43,25 @@ int tvo_get(uint32_t code, uint32_t context, void *rsp, uint32_t rsp_size, uint3
 /* Heap records of exact size, cleared; null after the family's message. */
 void *tvo_alloc_cmd(size_t size);
 
+/* Heap response buffers, cleared; null after "Unable to allocate rsp buffer
+ * memory %d." with the size. */
+void *tvo_alloc_rsp(size_t size);
+
+/* Parses the WWN typed at margv[index] into *wwn. A token that does not
+ * parse, or lies beyond margc (absent), gives the current WWN when one is
+ * set; returns 0 when neither holds. */
+int tvo_wwn_arg(HBA_WWN *wwn, int index);
+
+/* margv[index], or "(null)" for a token beyond margc. */
+const char *tvo_token(int index);
+
+/* Prints the diagnostic log reply of size bytes at buf; entries that would
+ * reach past its end are not printed. */
+void tvo_print_dlog(const uint8_t *buf, uint32_t size);
+
+/* The eight bytes of a name or address, for an "%02x" x 8 format. */
+#define TVO_BYTES8(b) (b)[0], (b)[1], (b)[2], (b)[3], (b)[4], (b)[5], (b)[6], (b)[7]
+
 KVD_HANDLER(tvoinit);
 KVD_HANDLER(tvodownload);
 KVD_HANDLER(tvordmem);
@@ -59,5 +78,30 @@ KVD_HANDLER(tvologcfg);
 KVD_HANDLER(tvologdata);
 KVD_HANDLER(tvopaniclog);
 KVD_HANDLER(tvogetsfp);
+KVD_HANDLER(tvofteins);
+KVD_HANDLER(tvoftedel);
+KVD_HANDLER(tvogetftbl);
+KVD_HANDLER(tvolbmode);
+KVD_HANDLER(tvopause);
+KVD_HANDLER(tvocos);
+KVD_HANDLER(tvoporttype);
+KVD_HANDLER(tvodiag);
+KVD_HANDLER(tvoloopback);
+KVD_HANDLER(tvoreset);
+KVD_HANDLER(tvomodeset);
+KVD_HANDLER(tvogetdlog);
+KVD_HANDLER(tvopanic);
+KVD_HANDLER(tvosetfcoeparams);
+KVD_HANDLER(tvogetfcoeparams);
+KVD_HANDLER(tvogetfcflist);
+KVD_HANDLER(tvosetfacl);
+KVD_HANDLER(tvogetfacl);
+KVD_HANDLER(tvocreatevl);
+KVD_HANDLER(tvodeletevl);
+KVD_HANDLER(tvosetetspg);
+KVD_HANDLER(tvogetetspg);
+KVD_HANDLER(tvosetHostEthPfcFlg);
+KVD_HANDLER(tvogetHostEthPfcFlg);
+KVD_HANDLER(tvogetDcbxMode);
 
 #endif

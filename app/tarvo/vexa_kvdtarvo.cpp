@@ -6,39 +6,6 @@
 
 #include "tarvo.h"
 
-#define TVO_NOT_YET(name)                                                                                    \
-    static KVD_HANDLER(name)                                                                                 \
-    {                                                                                                        \
-        return kvd_not_implemented(row, arg);                                                                \
-    }
-
-// Rows whose commands are not built yet keep their place in the table.
-TVO_NOT_YET(tvofteins)
-TVO_NOT_YET(tvoftedel)
-TVO_NOT_YET(tvolbmode)
-TVO_NOT_YET(tvopause)
-TVO_NOT_YET(tvocos)
-TVO_NOT_YET(tvoporttype)
-TVO_NOT_YET(tvodiag)
-TVO_NOT_YET(tvoloopback)
-TVO_NOT_YET(tvoreset)
-TVO_NOT_YET(tvomodeset)
-TVO_NOT_YET(tvogetftbl)
-TVO_NOT_YET(tvogetdlog)
-TVO_NOT_YET(tvopanic)
-TVO_NOT_YET(tvosetfcoeparams)
-TVO_NOT_YET(tvogetfcoeparams)
-TVO_NOT_YET(tvogetfcflist)
-TVO_NOT_YET(tvosetfacl)
-TVO_NOT_YET(tvogetfacl)
-TVO_NOT_YET(tvocreatevl)
-TVO_NOT_YET(tvodeletevl)
-TVO_NOT_YET(tvosetetspg)
-TVO_NOT_YET(tvogetetspg)
-TVO_NOT_YET(tvosetHostEthPfcFlg)
-TVO_NOT_YET(tvogetHostEthPfcFlg)
-TVO_NOT_YET(tvogetDcbxMode)
-
 cmdinfo tarvoinfo[tarvoinfo_array_size] = {
     {"inval", tvoinval},
     {"init", tvoinit},
@@ -190,6 +157,30 @@ void *tvo_alloc_cmd(size_t size)
     if (!cmd)
         printf("Unable to allocate command buffer memory.\n");
     return cmd;
+}
+
+void *tvo_alloc_rsp(size_t size)
+{
+    void *rsp = calloc(1, size);
+
+    if (!rsp)
+        printf("Unable to allocate rsp buffer memory %d.\n", (int)size);
+    return rsp;
+}
+
+const char *tvo_token(int index)
+{
+    return index < margc ? margv[index] : "(null)";
+}
+
+int tvo_wwn_arg(HBA_WWN *wwn, int index)
+{
+    if (index < margc && margv[index] && kvd_atowwn(wwn, margv[index]))
+        return 1;
+    if (!cur_wwn_set)
+        return 0;
+    *wwn = cur_wwn;
+    return 1;
 }
 
 int tvo_send(void *cmd, uint32_t cmd_len, void *rsp, uint32_t rsp_size, int code_style)

@@ -1,4 +1,5 @@
 #include "asic/asic.hpp"
+#include "asic/asic_exchange.hpp"
 
 #include <algorithm>
 #include <cstdio>
@@ -8,40 +9,6 @@
 
 namespace kvdsim
 {
-
-// The view a handler gets of one exchange: the command as sent and the
-// response room offered. A handler writes its reply behind the code word and
-// sets `length`; `overrun` turns the exchange into a transport failure.
-struct Asic::Exchange {
-    std::span<const uint8_t> in;
-    std::span<uint8_t> out;
-    uint32_t length = 4;
-    bool overrun = false;
-
-    // Copies the command record, or as much of it as was sent, into `rec`
-    // (zero beyond).
-    template <typename T> T command() const
-    {
-        T rec{};
-        memcpy(&rec, in.data(), std::min(sizeof rec, in.size()));
-        return rec;
-    }
-    // Claims n bytes of response; false (and overrun) when they do not fit.
-    bool room(size_t n)
-    {
-        if (n > out.size()) {
-            overrun = true;
-            return false;
-        }
-        length = static_cast<uint32_t>(n);
-        return true;
-    }
-    template <typename T> void reply(const T &rec)
-    {
-        if (room(sizeof rec))
-            memcpy(out.data(), &rec, sizeof rec);
-    }
-};
 
 namespace
 {
@@ -95,18 +62,29 @@ void put_be16(uint8_t *p, uint16_t v)
 bool is_get(uint32_t code)
 {
     static constexpr uint32_t gets[] = {
-        TARVO_CMD_GET_INIT,       TARVO_CMD_GET_CONFIG,     TARVO_CMD_GET_PORT_STATS, TARVO_CMD_GET_LIF_STATS,
-        TARVO_CMD_GET_ASIC_STATS, TARVO_CMD_GET_LOG_CONFIG, TARVO_CMD_GET_LOG_DATA,   TARVO_CMD_GET_PANIC_LOG,
-        TARVO_CMD_GET_SFP,        TARVO_CMD_GET_FRU};
+        TARVO_CMD_GET_INIT,      TARVO_CMD_GET_CONFIG,      TARVO_CMD_GET_PORT_STATS,
+        TARVO_CMD_GET_LIF_STATS, TARVO_CMD_GET_ASIC_STATS,  TARVO_CMD_GET_LOG_CONFIG,
+        TARVO_CMD_GET_LOG_DATA,  TARVO_CMD_GET_PANIC_LOG,   TARVO_CMD_GET_SFP,
+        TARVO_CMD_GET_FRU,       TARVO_CMD_GET_LB_MODE,     TARVO_CMD_GET_FTABLE,
+        TARVO_CMD_GET_DIAG_LOG,  TARVO_CMD_GET_FCOE_PARAMS, TARVO_CMD_GET_FCF_LIST,
+        TARVO_CMD_GET_FACL,      TARVO_CMD_GET_HOST_PFC};
     return std::find(std::begin(gets), std::end(gets), code) != std::end(gets);
+}
+
+// Code 42 reads the priority groups with a get record and writes them with
+// the longer set record.
+bool is_get_record(uint32_t code, size_t len)
+{
+    if (code == TARVO_CMD_ETS_PG)
+        return len < sizeof(tarvo_set_pg_info_cmd_t);
+    return is_get(code);
 }
 
 } // namespace
 
-// The ASIC's commands. Forwarding-table, loopback, diagnostics, FCoE/FIP,
-// access-list, virtual-link and DCB commands are not offered by this
-// firmware: their codes, like any unknown code, complete with
-// kAsicInvalidCommand.
+// The ASIC's commands; an unknown code completes with kAsicInvalidCommand.
+// The forwarding table, FCoE/FIP, access lists, virtual links and DCB live in
+// asic_net.cpp; port controls and diagnostics in asic_ports.cpp.
 //
 // min_in: bytes of command record the command reads; min_out: bytes of
 // room its reply needs at least (replies whose size depends on the ASIC's
@@ -141,6 +119,35 @@ struct AsicCommands {
         {TARVO_CMD_PANIC, "PANIC", kSliAll, 4, 4, &Asic::panic},
         {TARVO_CMD_RESET, "RESET", kSliAll, sizeof(tarvo_reset_cmd_t), 4, &Asic::reset},
         {TARVO_CMD_MAINT_MODE, "MAINT_MODE", kSliAll, sizeof(tarvo_set_cmd_t), 4, &Asic::maint_mode},
+        {TARVO_CMD_FTE_INSERT, "FTE_INSERT", kSliAll, sizeof(tarvo_fte_insert_cmd_t), 4, &Asic::fte_insert},
+        {TARVO_CMD_FTE_DELETE, "FTE_DELETE", kSliAll, sizeof(tarvo_fte_delete_cmd_t), 4, &Asic::fte_delete},
+        {TARVO_CMD_GET_FTABLE, "GET_FTABLE", kSliAll, sizeof(tarvo_get_cmd_t), sizeof(tarvo_ftable_rsp_t),
+         &Asic::get_ftable},
+        {TARVO_CMD_ETS_PG, "ETS_PG", kSliAll, sizeof(tarvo_get_cmd_t), 4, &Asic::ets_pg},
+        {TARVO_CMD_SET_HOST_PFC, "SET_HOST_PFC", kSliAll, sizeof(tarvo_set_host_eth_pfc_flag_cmd_t), 4,
+         &Asic::set_host_pfc},
+        {TARVO_CMD_GET_HOST_PFC, "GET_HOST_PFC", kSliAll, sizeof(tarvo_get_cmd_t),
+         sizeof(tarvo_get_host_eth_pfc_flag_rsp_t), &Asic::get_host_pfc},
+        {TARVO_CMD_SET_FCOE_PARAMS, "SET_FCOE_PARAMS", kSliAll, sizeof(tarvo_set_fcoe_params_cmd_t), 4,
+         &Asic::set_fcoe_params},
+        {TARVO_CMD_GET_FCOE_PARAMS, "GET_FCOE_PARAMS", kSliAll, sizeof(tarvo_get_cmd_t),
+         sizeof(tarvo_get_fcoe_params_rsp_t), &Asic::get_fcoe_params},
+        {TARVO_CMD_GET_FCF_LIST, "GET_FCF_LIST", kSliAll, sizeof(tarvo_get_cmd_t),
+         offsetof(tarvo_get_fcf_list_rsp_t, fcf_list), &Asic::get_fcf_list},
+        {TARVO_CMD_SET_FACL, "SET_FACL", kSliAll, offsetof(tarvo_set_facl_cmd_t, facl_list), 4,
+         &Asic::set_facl},
+        {TARVO_CMD_GET_FACL, "GET_FACL", kSliAll, sizeof(tarvo_get_cmd_t),
+         offsetof(tarvo_get_facl_rsp_t, facl_list), &Asic::get_facl},
+        {TARVO_CMD_CREATE_VL, "CREATE_VL", kSliAll, sizeof(tarvo_cmd_create_vl_t), 4, &Asic::create_vl},
+        {TARVO_CMD_DELETE_VL, "DELETE_VL", kSliAll, sizeof(tarvo_cmd_delete_vl_t), 4, &Asic::delete_vl},
+        {TARVO_CMD_GET_LB_MODE, "GET_LB_MODE", kSliAll, sizeof(tarvo_get_cmd_t), sizeof(tarvo_lb_mode_rsp_t),
+         &Asic::get_lb_mode},
+        {TARVO_CMD_SET_PAUSE, "SET_PAUSE", kSliAll, sizeof(tarvo_set_cmd_t), 4, &Asic::set_pause},
+        {TARVO_CMD_SET_COS, "SET_COS", kSliAll, sizeof(tarvo_set_cmd_t), 4, &Asic::set_cos},
+        {TARVO_CMD_SET_PORT_TYPE, "SET_PORT_TYPE", kSliAll, sizeof(tarvo_set_cmd_t), 4, &Asic::set_port_type},
+        {TARVO_CMD_LOOPBACK, "LOOPBACK", kSliAll, sizeof(tarvo_loopback_cmd_t), 4, &Asic::loopback},
+        {TARVO_CMD_DIAG, "DIAG", kSliAll, sizeof(tarvo_diag_cmd_t), 4, &Asic::diag},
+        {TARVO_CMD_GET_DIAG_LOG, "GET_DIAG_LOG", kSliAll, sizeof(tarvo_get_cmd_t), 8, &Asic::get_diag_log},
     };
 };
 static_assert(unique_codes(AsicCommands::table), "two ASIC commands share a code");
@@ -191,6 +198,7 @@ Asic::Asic(const AsicSpec &spec)
     }
     if (spec.panicked)
         take_panic(2);
+    init_net(spec);
 }
 
 void Asic::store_word(uint32_t address, uint32_t value)
@@ -301,6 +309,7 @@ uint32_t Asic::exchange(std::span<const uint8_t> cmd, std::span<uint8_t> rsp, ui
         return TARVO_ERR_RSP_OVERRUN;
     ++ticks_;
     ++commands_;
+    diag_advance();
     const uint32_t code = get_word(cmd, 0);
     const Row *row = find(code);
     if (note)
@@ -309,7 +318,7 @@ uint32_t Asic::exchange(std::span<const uint8_t> cmd, std::span<uint8_t> rsp, ui
     // Get commands say how much room they offer; the ASIC answers within
     // both that and the buffer itself.
     std::span<uint8_t> out = rsp;
-    if (is_get(code) && cmd.size() >= sizeof(tarvo_get_cmd_t)) {
+    if (is_get_record(code, cmd.size()) && cmd.size() >= sizeof(tarvo_get_cmd_t)) {
         uint32_t offered = get_word(cmd, offsetof(tarvo_get_cmd_t, length));
         if (offered < out.size())
             out = out.first(std::max<uint32_t>(offered, 4));
@@ -335,7 +344,8 @@ uint32_t Asic::exchange(std::span<const uint8_t> cmd, std::span<uint8_t> rsp, ui
     }
     if (status != kAsicOk) {
         ++command_errors_;
-        x.length = 4;
+        // A reply too large for the room offered still tells its size.
+        x.length = status == kAsicMoreData && out.size() >= 8 ? 8 : 4;
     }
     memcpy(out.data(), &status, 4);
     delivered = x.length;
@@ -476,10 +486,10 @@ uint32_t Asic::get_config(Exchange &x)
 {
     tarvo_get_config_rsp_t r{};
     for (int p = 0; p < 2; ++p) {
-        r.pause_type[p] = r.current_pause_type[p] = 2; // priority flow control
-        r.priority[p] = r.current_priority[p] = 3;
-        r.fcoe_cos[p] = r.current_fcoe_cos[p] = 3;
-        r.uif_port_type[p] = r.current_uif_port_type[p] = 1;
+        r.pause_type[p] = r.current_pause_type[p] = pause_type_[p];
+        r.priority[p] = r.current_priority[p] = priority_[p];
+        r.fcoe_cos[p] = r.current_fcoe_cos[p] = cos_[p];
+        r.uif_port_type[p] = r.current_uif_port_type[p] = port_type_[p];
         r.dcx_present[p] = 1;
     }
     r.log_cfg_size = log_cfg_size();
@@ -711,28 +721,49 @@ uint32_t Asic::set_fcoe_fmt(Exchange &x)
     return kAsicOk;
 }
 
+// A forced panic stops a diagnostic run like any other firmware exception.
 uint32_t Asic::panic(Exchange &)
 {
+    if (diag_.state == DiagState::running || diag_.state == DiagState::armed)
+        diag_stop(TARVO_DIAG_ABORTED);
     take_panic(1);
     return kAsicOk;
 }
 
+// Firmware 0 restarts the operational image, 1 the golden one. A reset
+// right after a diagnostic request starts the tests in the operational
+// image; a reset while they run aborts them. Loopback ends with the reset.
 uint32_t Asic::reset(Exchange &x)
 {
     auto c = x.command<tarvo_reset_cmd_t>();
-    if (c.firmware != 1 && c.firmware != 2)
+    if (c.firmware > 1)
         return kAsicInvalidParam;
-    fw_type_ = c.firmware == 2 ? TARVO_FW_TYPE_GOLDEN : TARVO_FW_TYPE_OPERATIONAL;
+    const bool golden = c.firmware == 1;
+    fw_type_ = golden ? TARVO_FW_TYPE_GOLDEN : TARVO_FW_TYPE_OPERATIONAL;
     store_word(0x8, fw_type_);
     ++resets_;
     reset_by_panic_ = false;
-    log(0, c.firmware == 2 ? "reset: golden image started" : "reset: operational image started");
+    lb_mode_ = {};
+    log(0, golden ? "reset: golden image started" : "reset: operational image started");
+    if (diag_.state == DiagState::running) {
+        diag_stop(TARVO_DIAG_ABORTED);
+    } else if (diag_.state == DiagState::armed) {
+        if (golden) {
+            diag_stop(TARVO_DIAG_ABORTED);
+        } else {
+            diag_.state = DiagState::running;
+            diag_.started = ticks_;
+            log(0, "diag: tests started");
+        }
+    }
     return kAsicOk;
 }
 
 uint32_t Asic::maint_mode(Exchange &x)
 {
     auto c = x.command<tarvo_set_cmd_t>();
+    if (c.value1 > 1)
+        return kAsicInvalidParam;
     maintenance_ = c.value1 != 0;
     log(0, maintenance_ ? "maintenance mode entered" : "maintenance mode left");
     return kAsicOk;

@@ -33,7 +33,26 @@ enum AsicStatus : uint32_t {
     kAsicBadLength = 3,
     kAsicImageRejected = 4,
     kAsicNotPermitted = 5,
+    kAsicMoreData = 7,  // reply larger than offered: its second word says how much
+    kAsicTableFull = 8, // no free forwarding-table, access-list or link slot
+    kAsicNotFound = 9,  // no such entry, FCF, link or diagnostic log
+    kAsicBadPort = 10,  // port or logical port out of range
+    kAsicExists = 11,   // the FCF already carries a virtual link
+    kAsicBusy = 16,     // diagnostics running
 };
+
+// How far a diagnostic run has come.
+enum class DiagState { none, armed, running, done };
+
+// Logical ports (FCoE/FIP parameters, access lists, virtual links), the
+// most entries one access list holds, and the tests one diagnostic loop runs.
+constexpr uint32_t kAsicLogicalPorts = 4;
+constexpr uint32_t kAsicFaclMax = 16;
+constexpr uint32_t kAsicDiagTests = 8;
+// Exchanges one diagnostic loop lasts.
+constexpr uint32_t kAsicDiagTicksPerLoop = 2;
+// The FC-MAP a logical port without FIP uses unless told otherwise.
+constexpr uint32_t kAsicDefaultFcMap = 0x0efc00;
 
 class Asic
 {
@@ -78,6 +97,10 @@ class Asic
     {
         return ticks_;
     }
+    DiagState diag_state() const
+    {
+        return diag_.state;
+    }
     // The text entries of log `id` oldest first (empty for an unknown id).
     std::vector<std::string> log_entries(uint16_t id) const;
 
@@ -97,6 +120,27 @@ class Asic
         uint32_t epc = 0, cause = 0, status = 0;
         std::array<uint32_t, 32> gp{};
         std::vector<std::string> entries;
+    };
+
+    struct Fte {
+        tarvo_fte_t rec{}; // as the table reports it
+        uint32_t fcid = 0;
+    };
+    struct LogicalPort {
+        uint32_t fcoe_mode = 0; // 1 FIP
+        tarvo_fip_params_t fip{};
+        uint32_t fc_map = kAsicDefaultFcMap;
+        std::vector<tarvo_facl_t> facl;
+    };
+    struct Fcf {
+        tarvo_fcf_info_t info{};
+        bool linked = false;
+        uint32_t lport = 0;
+    };
+    struct Diag {
+        DiagState state = DiagState::none;
+        uint32_t requested = 0, completed = 0, summary = 0;
+        uint64_t started = 0; // tick the run began
     };
 
     friend struct AsicCommands;
@@ -119,6 +163,30 @@ class Asic
     uint32_t panic(Exchange &x);
     uint32_t reset(Exchange &x);
     uint32_t maint_mode(Exchange &x);
+    uint32_t fte_insert(Exchange &x);
+    uint32_t fte_delete(Exchange &x);
+    uint32_t get_ftable(Exchange &x);
+    uint32_t ets_pg(Exchange &x);
+    uint32_t set_host_pfc(Exchange &x);
+    uint32_t get_host_pfc(Exchange &x);
+    uint32_t set_fcoe_params(Exchange &x);
+    uint32_t get_fcoe_params(Exchange &x);
+    uint32_t get_fcf_list(Exchange &x);
+    uint32_t set_facl(Exchange &x);
+    uint32_t get_facl(Exchange &x);
+    uint32_t create_vl(Exchange &x);
+    uint32_t delete_vl(Exchange &x);
+    uint32_t get_lb_mode(Exchange &x);
+    uint32_t set_pause(Exchange &x);
+    uint32_t set_cos(Exchange &x);
+    uint32_t set_port_type(Exchange &x);
+    uint32_t loopback(Exchange &x);
+    uint32_t diag(Exchange &x);
+    uint32_t get_diag_log(Exchange &x);
+
+    void init_net(const AsicSpec &spec);
+    void diag_advance();
+    void diag_stop(uint32_t summary);
 
     void fill_init(tarvo_init_rsp_t &r) const;
     void log(uint16_t id, const std::string &text);
@@ -148,6 +216,18 @@ class Asic
     uint64_t ticks_ = 0;          // exchanges served: the clock traffic moves with
     uint64_t commands_ = 0, command_errors_ = 0, downloads_ = 0, resets_ = 0, panics_ = 0;
     uint64_t log_writes_ = 0;
+
+    // Network side: forwarding table, logical ports, FCFs, DCB and port
+    // settings, diagnostics.
+    std::array<Fte, TARVO_FTABLE_ENTRIES> ftable_{};
+    std::array<LogicalPort, kAsicLogicalPorts> lports_{};
+    std::vector<Fcf> fcfs_;
+    tarvo_pg_info_t pg_current_{}, pg_default_{};
+    bool host_pfc_ = true;
+    uint32_t dcbx_mode_ = 0;
+    std::array<uint32_t, 2> pause_type_{}, priority_{}, cos_{}, port_type_{}, lb_mode_{};
+    Diag diag_;
+    uint32_t diag_failing_ = 0; // bit i: test i fails every loop
 };
 
 // What an image must hold for the ASIC to take it. Returns kAsicOk or

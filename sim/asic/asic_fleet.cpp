@@ -1,6 +1,8 @@
 // The board's "asic" object in a fleet file.
+#include <algorithm>
 #include <cstdio>
 
+#include "asic/asic.hpp"
 #include "asic/asic_spec.hpp"
 #include "core/section.hpp"
 
@@ -16,6 +18,7 @@ constexpr uint64_t kLogsMax = 16;
 constexpr uint64_t kLogEntriesMax = 256;
 constexpr uint64_t kLogEntrySizeMin = 8;
 constexpr uint64_t kLogEntrySizeMax = 256;
+constexpr uint64_t kFcfsMax = 64;
 
 std::array<uint8_t, 6> to_mac(const Json &v, const std::string &place)
 {
@@ -71,6 +74,10 @@ void read_asic_section(BoardReading &r)
     a.mac0 = {0x0a, 0x3c, 0x55, b.wwpn[5], b.wwpn[6], b.wwpn[7]};
     a.mac1 = {0x0a, 0x3c, 0x55, b.wwpn[5], b.wwpn[6], static_cast<uint8_t>(b.wwpn[7] + 1)};
 
+    // The FCFs belong to the board's fabric when it names one.
+    if (std::any_of(b.fabric_name.begin(), b.fabric_name.end(), [](uint8_t v) { return v != 0; }))
+        a.fabric_name = b.fabric_name;
+
     const Json *j = r.board.take("asic");
     if (!j)
         return;
@@ -121,6 +128,12 @@ void read_asic_section(BoardReading &r)
              "memory size " + hex(a.memory_size) + " not a multiple of 4 from " + hex(kMemoryMin));
     if (const Json *v = o.take("logs"))
         read_logs(*v, o.at("logs"), a.logs);
+    o.number("fcfs", a.fcfs, kFcfsMax);
+    if (o.number("fcoe_vlan", a.fcoe_vlan, 4094) && a.fcoe_vlan == 0)
+        fail(o.at("fcoe_vlan"), "VLAN 0");
+    o.number("dcbx_mode", a.dcbx_mode, TARVO_DCBX_MODE_CEE_VER_04);
+    o.flag("host_pfc", a.host_pfc);
+    o.number("diag_failing", a.diag_failing, (1u << kAsicDiagTests) - 1);
     o.finish();
 }
 

@@ -43,6 +43,16 @@ struct AsicSpec {
     std::string sfp_date = "260311";
     uint32_t memory_size = 0x10000; // bytes of ASIC memory from address 0
     std::vector<AsicLogSpec> logs = default_logs();
+    // FCoE side: the fabric the FCFs belong to (the board's fabric name),
+    // how many FCFs FIP discovery finds, the VLAN they answer on, the DCBX
+    // version negotiated with the peer (0 pre-CEE .. 4) and the host PFC flag.
+    std::array<uint8_t, 8> fabric_name{0x10, 0x00, 0x02, 0x5e, 0x11, 0x00, 0x00, 0x00};
+    uint32_t fcfs = 2;
+    uint32_t fcoe_vlan = 1002;
+    uint32_t dcbx_mode = 1;
+    bool host_pfc = true;
+    // Diagnostic tests that fail (bit i for test i of the eight).
+    uint32_t diag_failing = 0;
 
     static std::vector<AsicLogSpec> default_logs();
 };

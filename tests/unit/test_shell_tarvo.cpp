@@ -1,10 +1,11 @@
 // The tarvo family's own helpers: the checksum, the byte-order helpers, the
-// sub-command table and the transport error lines, and the file-name cut of
-// download.
+// sub-command table and the transport error lines, the file-name cut of
+// download, the words beyond the count and the bounds of the diagnostic log.
 #include <gtest/gtest.h>
 
 #include <cstring>
 #include <string>
+#include <vector>
 
 #include "tarvo/tarvo.h"
 
@@ -94,4 +95,80 @@ TEST(TarvoDownload, FileNameIsCutTo512)
     EXPECT_EQ(open_failure(511), "Error: Unable to open <" + std::string(511, 'n') + ">.\n");
     EXPECT_EQ(open_failure(512), "Error: Unable to open <" + std::string(512, 'n') + ">.\n");
     EXPECT_EQ(open_failure(513), "Error: Unable to open <" + std::string(512, 'n') + ">.\n");
+}
+
+// Words beyond margc are absent even when the vector still holds an older
+// line's token there: they fall back on the current WWN or fail.
+TEST(TarvoWords, TokensBeyondTheCountAreAbsent)
+{
+    char w0[] = "tarvo", w1[] = "createvl", w2[] = "0", stale[] = "2000000000000001";
+    int32_t saved_margc = margc;
+    int32_t saved_set = cur_wwn_set;
+    HBA_WWN saved_wwn = cur_wwn;
+    char *saved[5];
+    memcpy(saved, margv, sizeof(saved));
+    margc = 3;
+    margv[0] = w0;
+    margv[1] = w1;
+    margv[2] = w2;
+    margv[3] = stale;
+    margv[4] = stale;
+
+    HBA_WWN wwn;
+    memset(&wwn, 0, sizeof(wwn));
+    cur_wwn_set = 0;
+    EXPECT_EQ(tvo_wwn_arg(&wwn, 2), 0); // "0" is no WWN
+    EXPECT_EQ(tvo_wwn_arg(&wwn, 3), 0);
+    EXPECT_STREQ(tvo_token(3), "(null)");
+    EXPECT_STREQ(tvo_token(2), "0");
+    cur_wwn_set = 1;
+    memset(cur_wwn.wwn, 0x5a, sizeof(cur_wwn.wwn));
+    EXPECT_EQ(tvo_wwn_arg(&wwn, 3), 1);
+    EXPECT_EQ(memcmp(wwn.wwn, cur_wwn.wwn, 8), 0);
+    margc = 4;
+    EXPECT_EQ(tvo_wwn_arg(&wwn, 3), 1);
+    EXPECT_EQ(wwn.wwn[7], 1);
+
+    // Without a response area createvl says so and sends nothing.
+    margc = 3;
+    CaptureStdout();
+    tvocreatevl(&tarvoinfo[35], nullptr);
+    EXPECT_EQ(GetCapturedStdout(), "Unable to allocate rsp buffer memory 4.\n");
+
+    margc = saved_margc;
+    memcpy(margv, saved, sizeof(saved));
+    cur_wwn_set = saved_set;
+    cur_wwn = saved_wwn;
+}
+
+// The diagnostic report stops at the reply's end whatever the test count
+// says, and names statuses it does not know by their number.
+TEST(TarvoDiagLog, EntriesStayInsideTheReply)
+{
+    // Header, then entries (status_length 1 word: 4 text bytes) 64 bytes apart.
+    const uint32_t head[7] = {0, 0, 9, 1, 2, 2, 0x1234};
+    std::vector<uint8_t> reply(28 + 64 + 8);
+    memcpy(reply.data(), head, sizeof(head));
+    const uint32_t ok = 0xD0000001u, odd = 0x77;
+    memcpy(reply.data() + 28, &ok, 4);
+    memcpy(reply.data() + 32, "abc", 4);
+    memcpy(reply.data() + 92, &odd, 4);
+    memcpy(reply.data() + 96, "wxyz", 4); // unterminated, at the very end
+    CaptureStdout();
+    tvo_print_dlog(reply.data(), (uint32_t)reply.size());
+    EXPECT_EQ(GetCapturedStdout(), "       Number of tests: 9\n"
+                                   "         Status length: 4 bytes\n"
+                                   "  Requested loop count: 2\n"
+                                   "  Completed loop count: 2\n"
+                                   "          Test summary: unknown(1234)\n"
+                                   "\n"
+                                   "Results:\n"
+                                   "-----------------------------------------------------"
+                                   "   1: Success: abc\n"
+                                   "   2: Status(77): wxyz\n"
+                                   "\n");
+    // Too short for the header: nothing at all.
+    CaptureStdout();
+    tvo_print_dlog(reply.data(), 27);
+    EXPECT_EQ(GetCapturedStdout(), "");
 }
