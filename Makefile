@@ -7,9 +7,12 @@ JOBS       ?= $(shell nproc 2>/dev/null || echo 2)
 
 # Debian packages the build and the tests need.
 DEB_PACKAGES := cmake make g++ pkg-config nlohmann-json3-dev libgtest-dev googletest \
-                python3-cram libhbaapi-dev libbenchmark-dev
+                python3-cram libhbaapi-dev libbenchmark-dev clang-format
 
-.PHONY: all deps build run test test-asan asan bench clean
+# Every C and C++ source of the project, for the formatting check.
+FORMAT_FILES = $(shell find app sim include tests bench -name '*.c' -o -name '*.cpp' -o -name '*.h' -o -name '*.hpp')
+
+.PHONY: all deps build run test test-asan asan bench clean format format-check
 
 all: build
 
@@ -41,7 +44,13 @@ $(ASAN_BUILD)/CMakeCache.txt:
 asan: deps $(ASAN_BUILD)/CMakeCache.txt
 	cmake --build $(ASAN_BUILD) -j$(JOBS)
 
-test: build
+format-check: deps
+	clang-format --dry-run -Werror $(FORMAT_FILES)
+
+format:
+	clang-format -i $(FORMAT_FILES)
+
+test: format-check build
 	ctest --test-dir $(BUILD) --output-on-failure -j$(JOBS)
 	$(MAKE) --no-print-directory test-asan
 

@@ -22,8 +22,8 @@ static void kvd_interactive(char *buffer)
     // Entry 0 speaks for the whole driver.
     char drvrid[sizeof(kvd_un.brdaddr[0].a_drvrid) + 1];
     KVD_FIELDTEXT(drvrid, kvd_un.brdaddr[0].a_drvrid);
-    printf("\nFound %d adapters: onmask %x offmask %x Driver:%s\n", kvd_pci_brds,
-           kvd_un.brdaddr[0].a_onmask, kvd_un.brdaddr[0].a_offmask, drvrid);
+    printf("\nFound %d adapters: onmask %x offmask %x Driver:%s\n", kvd_pci_brds, kvd_un.brdaddr[0].a_onmask,
+           kvd_un.brdaddr[0].a_offmask, drvrid);
     kvd_list_adapters();
 
     do {

@@ -110,9 +110,9 @@ typedef struct {
 } LOAD_SM_VAR;
 
 typedef struct {
-    uint32_t rsvd1[4];   /* bytes 4-19 */
-    uint8_t portname[8]; /* bytes 20-27 */
-    uint8_t nodename[8]; /* bytes 28-35 */
+    uint32_t rsvd1[4];      /* bytes 4-19 */
+    uint8_t portname[8];    /* bytes 20-27 */
+    uint8_t nodename[8];    /* bytes 28-35 */
     uint32_t hardAL_PA : 8; /* word at 36 */
     uint32_t pref_DID : 24;
     uint32_t rsvd2[2];
@@ -155,10 +155,10 @@ typedef struct {
 typedef struct {
     uint32_t lipsr_AL_PA : 8; /* word at 4 */
     uint32_t rsvd1 : 24;
-    uint16_t link_flags;      /* bytes 8-9 */
-    uint8_t rsvd2;            /* byte 10 */
-    uint8_t fabric_AL_PA;     /* byte 11 */
-    uint32_t link_speed;      /* word at 12 */
+    uint16_t link_flags;  /* bytes 8-9 */
+    uint8_t rsvd2;        /* byte 10 */
+    uint8_t fabric_AL_PA; /* byte 11 */
+    uint32_t link_speed;  /* word at 12 */
 } INIT_LINK_VAR;
 
 typedef struct {
@@ -180,7 +180,7 @@ typedef struct {
     uint32_t rttov;
     uint32_t altov;
     uint32_t crtov;
-    uint32_t citov; /* 40 */
+    uint32_t citov;           /* 40 */
     uint32_t ack0_enable : 1; /* word at 44 */
     uint32_t rsvd3 : 29;
     uint32_t rrq_immed : 1;
@@ -204,8 +204,8 @@ typedef struct {
     uint32_t recvNotify : 1;
     uint32_t recvSeq : 1;
     uint32_t rsvd2 : 6;
-    uint16_t maxOrigXchg; /* bytes 8-9 */
-    uint16_t maxRespXchg; /* bytes 10-11 */
+    uint16_t maxOrigXchg;         /* bytes 8-9 */
+    uint16_t maxRespXchg;         /* bytes 10-11 */
     RR_REG rrRegs[MAX_RING_MASK]; /* from byte 12 */
 } CONFIG_RING_VAR;
 
@@ -222,7 +222,7 @@ typedef struct {
     uint32_t topology;   /* 8 */
     uint32_t myDid : 24; /* 12 */
     uint32_t rsvd2 : 8;
-    uint32_t AR : 1;     /* 16 */
+    uint32_t AR : 1; /* 16 */
     uint32_t IR : 1;
     uint32_t rsvd3 : 29;
     uint32_t ack0 : 1;
@@ -231,7 +231,7 @@ typedef struct {
     uint32_t ratov;
     uint32_t rttov;
     uint32_t altov;
-    uint32_t lmt;   /* 40: supported link speeds */
+    uint32_t lmt; /* 40: supported link speeds */
     uint32_t rsvd4[4];
     uint32_t max_xri : 16; /* 60 */
     uint32_t rsvd5 : 16;
@@ -269,9 +269,9 @@ typedef struct {
 } READ_RCONF_VAR;
 
 typedef struct {
-    uint32_t rsvd1;  /* 4 */
-    uint32_t rsvd2;  /* 8 */
-    ULP_BDE sp;      /* bytes 12-19 */
+    uint32_t rsvd1;    /* 4 */
+    uint32_t rsvd2;    /* 8 */
+    ULP_BDE sp;        /* bytes 12-19 */
     uint32_t vpi : 16; /* 20 */
     uint32_t rsvd3 : 16;
 } READ_SPARM_VAR;
@@ -279,7 +279,7 @@ typedef struct {
 typedef struct {
     uint32_t rsvd1;
     uint32_t rsvd2;
-    ULP_BDE64 sp64;  /* bytes 12-23 */
+    ULP_BDE64 sp64; /* bytes 12-23 */
     uint32_t vpi : 16;
     uint32_t rsvd3 : 16;
 } READ_SPARM64_VAR;
@@ -302,11 +302,11 @@ typedef struct {
 } READ_STATUS_VAR;
 
 typedef struct {
-    uint16_t reqRpi;  /* bytes 4-5 */
-    uint16_t nextRpi; /* bytes 6-7 */
+    uint16_t reqRpi;   /* bytes 4-5 */
+    uint16_t nextRpi;  /* bytes 6-7 */
     uint32_t DID : 24; /* word at 8 */
     uint32_t rsvd1 : 8;
-    ULP_BDE sp;       /* bytes 12-19 */
+    ULP_BDE sp; /* bytes 12-19 */
 } READ_RPI_VAR;
 
 typedef struct {
@@ -318,9 +318,9 @@ typedef struct {
 } READ_RPI64_VAR;
 
 typedef struct {
-    uint16_t reqXri;  /* 4 */
+    uint16_t reqXri; /* 4 */
     uint16_t nextXri;
-    uint16_t rsvd1;   /* 8 */
+    uint16_t rsvd1; /* 8 */
     uint16_t rpi;
     uint32_t oxid : 16; /* 12 */
     uint32_t rxid : 16;
@@ -355,7 +355,7 @@ typedef struct {
     uint8_t opFwName[16]; /* 36 */
     uint32_t sli1FwRev;   /* 52 */
     uint8_t sli1FwName[16];
-    uint32_t sli2FwRev;   /* 72 */
+    uint32_t sli2FwRev; /* 72 */
     uint8_t sli2FwName[16];
     uint32_t rsvd3[8];
 } READ_REV_VAR;
@@ -389,7 +389,7 @@ typedef struct {
 } REG_LOGIN64_VAR;
 
 typedef struct {
-    uint16_t rpi;  /* bytes 4-5 */
+    uint16_t rpi;   /* bytes 4-5 */
     uint16_t rsvd1; /* bytes 6-7 */
 } UNREG_LOGIN_VAR;
 
@@ -402,24 +402,24 @@ typedef struct {
 #define TOPOLOGY_LOOP_OPEN 0x03
 
 typedef struct {
-    uint32_t eventTag; /* word at 4 */
+    uint32_t eventTag;    /* word at 4 */
     uint32_t attType : 8; /* word at 8 */
     uint32_t il : 1;
     uint32_t pb : 1;
     uint32_t rsvd1 : 22;
-    uint8_t topology;     /* 12 */
+    uint8_t topology; /* 12 */
     uint8_t lipType;
     uint8_t lipAlPs;
     uint8_t granted_AL_PA;
-    ULP_BDE lilpBde;      /* bytes 16-23 */
-    uint32_t Dlu : 1;     /* 24 */
+    ULP_BDE lilpBde;  /* bytes 16-23 */
+    uint32_t Dlu : 1; /* 24 */
     uint32_t Dtf : 1;
     uint32_t drsvd2 : 14;
     uint32_t DlnkSpeed : 8;
     uint32_t DnlPort : 4;
     uint32_t Dtx : 2;
     uint32_t Drx : 2;
-    uint32_t Ulu : 1;     /* 28 */
+    uint32_t Ulu : 1; /* 28 */
     uint32_t Utf : 1;
     uint32_t ursvd2 : 14;
     uint32_t UlnkSpeed : 8;
@@ -642,12 +642,12 @@ typedef struct {
     uint8_t fcph_high;
     uint8_t feature_level_low;
     uint8_t feature_level_high;
-    uint32_t rsvd5;          /* 28 */
-    uint32_t arm_fw_id_rev;  /* 32 */
-    uint8_t arm_fw_name[16]; /* 36 */
-    uint32_t ulp_fw_id_rev;  /* 52 */
-    uint8_t ulp_fw_name[16]; /* 56 */
-    uint32_t rsvd6[30];      /* 72 */
+    uint32_t rsvd5;                 /* 28 */
+    uint32_t arm_fw_id_rev;         /* 32 */
+    uint8_t arm_fw_name[16];        /* 36 */
+    uint32_t ulp_fw_id_rev;         /* 52 */
+    uint8_t ulp_fw_name[16];        /* 56 */
+    uint32_t rsvd6[30];             /* 72 */
     uint32_t available_length : 24; /* 192 */
     uint32_t rsvd7 : 8;
     uint32_t phys_addr_low;       /* 196 */

@@ -135,8 +135,9 @@ uint32_t KVD_GetLibVer(char *version)
             if (!version)
                 return EFAULT;
             c.lib.load();
-            const std::string &text = c.lib.fleet().library_version.empty() ? std::string(kDefaultLibraryVersion)
-                                                                            : c.lib.fleet().library_version;
+            const std::string &text = c.lib.fleet().library_version.empty()
+                                          ? std::string(kDefaultLibraryVersion)
+                                          : c.lib.fleet().library_version;
             size_t n = text.size() < 31 ? text.size() : 31;
             memcpy(version, text.data(), n);
             version[n] = '\0';

@@ -16,7 +16,8 @@
 
 using namespace kvdsim;
 
-static_assert(kHbaFamily.not_open == HBA_STATUS_ERROR && kHbaFamily.no_board == HBA_STATUS_ERROR_INVALID_HANDLE &&
+static_assert(kHbaFamily.not_open == HBA_STATUS_ERROR &&
+              kHbaFamily.no_board == HBA_STATUS_ERROR_INVALID_HANDLE &&
               kHbaFamily.no_record == HBA_STATUS_ERROR_ARG && kHbaFamily.no_memory == HBA_STATUS_ERROR);
 
 namespace
@@ -105,7 +106,9 @@ HBA_STATUS GetPortAttributesByWWN(uint32_t board, HBA_WWN wwn, HBA_PORTATTRIBUTE
 {
     return board_call<HBA_STATUS>(
         "GetPortAttributesByWWN", board, kHbaFamily, attributes,
-        [&](TraceLine &t) { t.arg("board", board).arg_wwn("wwn", wwn.wwn).arg_ptr("attributes", attributes); },
+        [&](TraceLine &t) {
+            t.arg("board", board).arg_wwn("wwn", wwn.wwn).arg_ptr("attributes", attributes);
+        },
         [&](Call &c, Board &b) {
             const BoardSpec &cfg = *b.cfg;
             LinkStatus link = b.fw->link();

@@ -97,7 +97,11 @@ int32_t KVD_IssueMboxWithRetryV2(uint32_t board, MAILBOX *mb, uint32_t words, ui
     return board_call<int32_t>(
         "KVD_IssueMboxWithRetryV2", board, kErrnoFamily, mb,
         [&](TraceLine &t) {
-            t.arg("board", board).arg_ptr("mb", mb).arg("words", words).arg("retries", retries).arg("delay", delay);
+            t.arg("board", board)
+                .arg_ptr("mb", mb)
+                .arg("words", words)
+                .arg("retries", retries)
+                .arg("delay", delay);
         },
         [&](Call &c, Board &b) {
             const bool counts_ok = words >= 1 && words <= MAILBOX_WORDS + kPayloadWordsMax;

@@ -50,8 +50,8 @@ template <class R> R end_call(Call &c, R rc)
 namespace detail
 {
 template <class R, class Args, class Work>
-R board_frame(const char *name, uint32_t board, const CallFamily &family, bool need_record, const void *record,
-              Args &&args, Work &&work)
+R board_frame(const char *name, uint32_t board, const CallFamily &family, bool need_record,
+              const void *record, Args &&args, Work &&work)
 {
     try {
         Call c(name);

@@ -383,7 +383,8 @@ void read_link(BoardReading &r)
             else if (t == "pt2pt")
                 b.topology = Topology::pt2pt;
             else
-                fail(o.at("topology"), "topology " + quote_text(t) + " not \"fabric\", \"loop\" or \"pt2pt\"");
+                fail(o.at("topology"),
+                     "topology " + quote_text(t) + " not \"fabric\", \"loop\" or \"pt2pt\"");
         }
         if (const Json *v = o.take("speed")) {
             b.speed = to_speed(*v, o.at("speed"));
@@ -515,7 +516,8 @@ constexpr BoardReader kBoardReaders[] = {
 BoardSpec read_board(const Json &j, const std::string &place, const Fleet &fleet)
 {
     BoardReading r{Section(j, place), BoardSpec{}, fleet};
-    r.spec.number = static_cast<uint32_t>(to_unsigned(r.board.need("board"), r.board.at("board"), 0xffffffffu));
+    r.spec.number =
+        static_cast<uint32_t>(to_unsigned(r.board.need("board"), r.board.at("board"), 0xffffffffu));
     if (r.spec.number >= 32)
         fail(r.board.at("board"), "board number " + std::to_string(r.spec.number) + " out of range 0..31");
     for (BoardReader reader : kBoardReaders)

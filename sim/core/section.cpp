@@ -128,7 +128,6 @@ std::string to_text(const Json &v, const std::string &place, size_t max)
     return s;
 }
 
-
 Wwn to_wwn(const Json &v, const std::string &place)
 {
     if (!v.is_string())

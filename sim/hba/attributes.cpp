@@ -109,8 +109,8 @@ void adapter_attributes(const Fleet &fleet, const BoardSpec &cfg, HBA_ADAPTERATT
     put_text(a.DriverName, fleet.driver_name);
 }
 
-void local_port_attributes(const Fleet &fleet, const BoardSpec &cfg, const LinkStatus &link,
-                           BoardState state, HBA_PORTATTRIBUTES &p)
+void local_port_attributes(const Fleet &fleet, const BoardSpec &cfg, const LinkStatus &link, BoardState state,
+                           HBA_PORTATTRIBUTES &p)
 {
     memset(&p, 0, sizeof p);
     memcpy(p.NodeWWN.wwn, cfg.wwnn.data(), 8);

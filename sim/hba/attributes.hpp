@@ -31,8 +31,8 @@ void board_entry(const BoardSpec &cfg, KVD_BRDINFO &entry);
 void legacy_board_entry(const BoardSpec &cfg, BRDINFO &entry);
 
 void adapter_attributes(const Fleet &fleet, const BoardSpec &cfg, HBA_ADAPTERATTRIBUTES &out);
-void local_port_attributes(const Fleet &fleet, const BoardSpec &cfg, const LinkStatus &link,
-                           BoardState state, HBA_PORTATTRIBUTES &out);
+void local_port_attributes(const Fleet &fleet, const BoardSpec &cfg, const LinkStatus &link, BoardState state,
+                           HBA_PORTATTRIBUTES &out);
 // Remote ports are seen only while the link is up.
 uint32_t discovered_ports(const BoardSpec &cfg, const LinkStatus &link);
 void remote_port_attributes(const BoardSpec &cfg, const RemotePort &port, const LinkStatus &link,

@@ -8,7 +8,8 @@
 using testing::internal::CaptureStdout;
 using testing::internal::GetCapturedStdout;
 
-namespace {
+namespace
+{
 
 std::string dump(const void *bytes, uint32_t length)
 {
@@ -33,9 +34,8 @@ TEST(Hexdump, EmptyPrintsNothing)
 TEST(Hexdump, ShortLastLineIsPaddedUnderTheAsciiColumn)
 {
     const char *text = "ABCDEFGHIJKLMNOP\x01\x7f~ ";
-    EXPECT_EQ(dump(text, 20),
-              "\n   0: 41424344  45464748  494a4b4c  4d4e4f50  ABCDEFGHIJKLMNOP"
-              "\n  10: 017f7e20                                ..~ \n");
+    EXPECT_EQ(dump(text, 20), "\n   0: 41424344  45464748  494a4b4c  4d4e4f50  ABCDEFGHIJKLMNOP"
+                              "\n  10: 017f7e20                                ..~ \n");
 }
 
 TEST(Hexdump, OffsetsGrowPastFourDigits)

@@ -7,7 +7,8 @@
 
 #include "kvd.h"
 
-namespace {
+namespace
+{
 
 // Feeds `input` to the shell's standard input for the life of the object.
 struct Answers {
@@ -56,7 +57,10 @@ struct MboxRecord : testing::Test {
         kvd_pci_brds = saved_brds;
         cur_board = saved_board;
     }
-    uint8_t byte(size_t offset) const { return reinterpret_cast<const uint8_t *>(&g.mb)[offset]; }
+    uint8_t byte(size_t offset) const
+    {
+        return reinterpret_cast<const uint8_t *>(&g.mb)[offset];
+    }
     void expect_guards_intact() const
     {
         for (uint8_t b : g.before)

@@ -5,7 +5,8 @@
 
 #include "kvd.h"
 
-namespace {
+namespace
+{
 
 // Feeds `input` to the shell's standard input for the life of the object.
 struct Input {
@@ -128,10 +129,9 @@ TEST(Prompts, YesOrNoTakesOnlyOneCharacterAnswers)
     testing::internal::CaptureStdout();
     EXPECT_EQ(promptYesorNo(), 0);
     fflush(stdout);
-    EXPECT_EQ(testing::internal::GetCapturedStdout(),
-              "Yes or No:: Response invalid, please enter y or n\n"
-              "Yes or No:: Response invalid, please enter y or n\n"
-              "Yes or No:: ");
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "Yes or No:: Response invalid, please enter y or n\n"
+                                                      "Yes or No:: Response invalid, please enter y or n\n"
+                                                      "Yes or No:: ");
 }
 
 TEST(Prompts, GetAStringCopiesAtMostMaxBytesWithoutTerminating)

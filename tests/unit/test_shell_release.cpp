@@ -9,7 +9,8 @@
 
 #include "kvd.h"
 
-namespace {
+namespace
+{
 
 std::atomic<int> releases{0};
 

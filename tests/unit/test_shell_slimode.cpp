@@ -6,7 +6,8 @@
 
 #include "kvd.h"
 
-namespace {
+namespace
+{
 
 struct SliMode : testing::Test {
     static void SetUpTestSuite()
@@ -14,7 +15,10 @@ struct SliMode : testing::Test {
         unsetenv("KVD_SIM_FLEET"); // the embedded default fleet
         ASSERT_EQ(KVD_InitDiagEnv(kvd_un.brdaddr, KVD_MAX_BOARDS), 3u);
     }
-    static void TearDownTestSuite() { KVD_FreeDiagEnv(); }
+    static void TearDownTestSuite()
+    {
+        KVD_FreeDiagEnv();
+    }
 };
 
 TEST_F(SliMode, LevelComesFromTheDriver)
