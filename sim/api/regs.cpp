@@ -159,8 +159,11 @@ uint32_t KVD_SetDumpEnv(uint32_t board, uint32_t flag)
             case KVD_DUMPENV_FORCE_DUMP:
                 b.pci->force_dump(firmware_view(b));
                 b.fw->set_state(BoardState::offline);
-                // Hook for the SLI-4 object store: on boards that carry one,
-                // b.pci->dump_image() becomes its dump object here.
+                // A board with an object store keeps the dump there, where
+                // "sli4iov quickdump" finds it.
+                if (b.sli4)
+                    if (ObjectStore *store = b.sli4->store())
+                        store->store_dump(b.pci->dump_image());
                 break;
             default:
                 return 0;

@@ -126,6 +126,14 @@ void ObjectStore::seed(const ObjectStoreSpec &spec)
         put(dirs_[3], "dump.bin", make_content("/dbg/dump.bin", kDumpSize), "dump 0001");
 }
 
+void ObjectStore::store_dump(std::vector<uint8_t> image)
+{
+    Directory &dbg = dirs_[3];
+    const Object &o = put(dbg, "dump.bin", std::move(image), "dump 0002");
+    if (!spec_.dir.empty())
+        persist(dbg, o);
+}
+
 ObjectStore::Object &ObjectStore::put(Directory &d, const std::string &name, std::vector<uint8_t> data,
                                       const std::string &rev)
 {

@@ -80,6 +80,10 @@ class ObjectStore
 
     Result remove(std::string_view path);
 
+    // A forced diagnostic dump of the board: the image becomes
+    // "/dbg/dump.bin", replacing an earlier dump.
+    void store_dump(std::vector<uint8_t> image);
+
     // Bytes the objects and staged writes hold.
     uint64_t used() const;
     // True while a write sequence on `path` waits for its end-of-file.

@@ -387,6 +387,23 @@ dump path is shared, so these runs hold a lock.
   Dump object does not exist
   24576
   QMOBJ /dbg/dump.bin
+A forced diagnostic dump ("sdump 4") stops the firmware, so the mailbox
+answers busy until a warm start brings it back; the dump object is then
+the board's dump image, replacing the one read before.
+
+  $ locked sh -c 'rm -f /tmp/dump.bin; kvd -b 2 -c "sli4iov delete /dbg/dump.bin" -c "sdump 4" -c "sli4iov quickdump" -c "sdump 3" -c "sli4iov quickdump"; wc -c < /tmp/dump.bin; head -c 4 /tmp/dump.bin; echo; rm -f /tmp/dump.bin'
+  Deleting object: /dbg/dump.bin
+  Force Diagnostic Dump
+  Error reading /dbg/dump.bin: rc 1 status x0000 additionalStatus x0000
+  Dump object does not exist
+  Warm Start Mode
+  Dump size: 4096 bytes
+  Wrote 4096 bytes to file: /tmp/dump.bin
+  Created dump file at /tmp/dump.bin
+  Dump object deleted
+  4096
+  FDMP
+
   $ KVD_SIM_FLEET=$KVD_FLEETS/sli4.json kvd -b 1 -c 'sli4iov quickdump'
   Error reading /dbg/dump.bin: rc 5 status x0001 additionalStatus x0040
   Dump object does not exist
