@@ -40,7 +40,7 @@
     X("fcoesetlist", fcoesetlist, STUB) \
     X("fcoegetfcflist", fcoegetfcflist, STUB) \
     X("getcfg", getcfg, STUB) \
-    X("getevent", getevent, STUB) \
+    X("getevent", getevent, BUILT) \
     X("getfcpconfig", getfcpconfig, STUB) \
     X("getfcppriority", getfcppriority, STUB) \
     X("getmgmt", getmgmt, STUB) \
@@ -52,7 +52,7 @@
     X("linkinfo", linkinfo, BUILT) \
     X("listbind", listbind, STUB) \
     X("logging", logging, STUB) \
-    X("loopback", loopback, STUB) \
+    X("loopback", loopback, BUILT) \
     X("tarvo", tarvo, STUB) \
     X("mbox", mbox, BUILT) \
     X("nodeinfo", nodeInform, STUB) \
@@ -71,10 +71,10 @@
     X("rdhs", rdhs, STUB) \
     X("rdpci", rdpci, STUB) \
     X("refresh", refresh, STUB) \
-    X("revent", regevent, STUB) \
-    X("reset", reset, STUB) \
+    X("revent", regevent, BUILT) \
+    X("reset", reset, BUILT) \
     X("rffreg", rffreg, STUB) \
-    X("riocb", riocb, STUB) \
+    X("riocb", riocb, BUILT) \
     X("rnid", rnid, STUB) \
     X("sdiag", sdiag, STUB) \
     X("sdump", sdump, STUB) \
@@ -108,7 +108,7 @@
     X("sli4", sli4, STUB) \
     X("sli4iov", sli4iov, STUB) \
     X("slireadstat", slireadstat, STUB) \
-    X("urevent", uregevent, STUB) \
+    X("urevent", uregevent, BUILT) \
     X("vpdinfo", vpdInfo, STUB) \
     X("vpcreate", vpcreate, STUB) \
     X("vpdelete", vpdelete, STUB) \

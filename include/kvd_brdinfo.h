@@ -11,6 +11,8 @@
 #include <stddef.h>
 #include <stdint.h>
 
+#include "kvd_sli.h"
+
 #ifdef __cplusplus
 #define KVD_STATIC_ASSERT(c, m) static_assert(c, m)
 #else
@@ -28,18 +30,18 @@ typedef struct kvd_brdinfo {
     uint32_t a_flash_low; /* flash base, low half */
     uint32_t a_ctlreg_hi; /* control register base, high half */
     uint32_t a_ctlreg_low;
-    uint32_t a_intrlvl;   /* interrupt level */
-    uint32_t a_pci;       /* (device << 16) | vendor; 0 = empty entry */
-    uint32_t a_busid;     /* PCI bus number */
-    uint32_t a_devid;     /* PCI device number */
-    uint8_t a_pciFunc;    /* PCI function number */
-    uint8_t a_siglvl;     /* signal level */
-    uint16_t a_ddi;       /* driver instance ("vexa%d") */
-    uint32_t a_onmask;    /* boards online (entry 0 only) */
-    uint32_t a_offmask;   /* boards offline (entry 0 only) */
-    char a_drvrid[16];    /* driver version text (entry 0 only) */
-    char a_fwname[32];    /* firmware name, empty when unknown */
-    uint8_t a_wwpn[8];    /* port WWN, wire order */
+    uint32_t a_intrlvl; /* interrupt level */
+    uint32_t a_pci;     /* (device << 16) | vendor; 0 = empty entry */
+    uint32_t a_busid;   /* PCI bus number */
+    uint32_t a_devid;   /* PCI device number */
+    uint8_t a_pciFunc;  /* PCI function number */
+    uint8_t a_siglvl;   /* signal level */
+    uint16_t a_ddi;     /* driver instance ("vexa%d") */
+    uint32_t a_onmask;  /* boards online (entry 0 only) */
+    uint32_t a_offmask; /* boards offline (entry 0 only) */
+    char a_drvrid[16];  /* driver version text (entry 0 only) */
+    char a_fwname[32];  /* firmware name, empty when unknown */
+    uint8_t a_wwpn[8];  /* port WWN, wire order */
 } KVD_BRDINFO;
 
 KVD_STATIC_ASSERT(sizeof(KVD_BRDINFO) == 108, "KVD_BRDINFO is 108 bytes");
@@ -81,7 +83,8 @@ KVD_STATIC_ASSERT(offsetof(BRDINFO, a_fwname) == 68, "legacy a_fwname offset");
 /* The shared 64 KiB data buffer and its views. */
 union outdata {
     uint64_t dataout[KVD_DATA_AREA_SIZE / 8];
-    char slim[16384];
+    char slim[KVD_SLIM_IMAGE_SIZE];
+    kvdsli_t sli;
     uint8_t bytes[KVD_DATA_AREA_SIZE];
 };
 

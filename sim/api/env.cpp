@@ -1,5 +1,6 @@
 // Library environment: opening and closing it, the board table, the version
-// text and the release of event registrations.
+// text and the release of event registrations. Opening starts the event
+// thread; closing stops delivery.
 //
 // libkvd.h comes first and alone under default visibility: its declarations
 // are the only symbols the shared object exports.
@@ -73,6 +74,7 @@ template <class Entry, class Fill> uint32_t open_env(Call &c, Entry *table, uint
 {
     c.lib.load();
     Library::set_open(true);
+    Dispatcher::instance().start(c.lib);
     libkvd_logging_enable = c.lib.fleet().logging_enable;
     uint32_t filled = 0;
     if (table && entries) {
@@ -94,7 +96,8 @@ uint32_t KVD_InitDiagEnv(KVD_BRDINFO *brdinfo, uint32_t max_boards)
         [&](TraceLine &t) { t.arg_ptr("brdinfo", brdinfo).arg("max_boards", max_boards); },
         [&](Call &c) {
             const uint32_t entries = max_boards < KVD_MAX_BOARDS ? max_boards : KVD_MAX_BOARDS;
-            return open_env(c, brdinfo, entries, [](const BoardSpec &cfg, KVD_BRDINFO &e) { board_entry(cfg, e); });
+            return open_env(c, brdinfo, entries,
+                            [](const BoardSpec &cfg, KVD_BRDINFO &e) { board_entry(cfg, e); });
         });
 }
 
@@ -120,7 +123,9 @@ void KVD_FreeDiagEnv(void)
     }
     // The boards and their firmware stay: the hardware does not go away
     // with the environment, and a later KVD_InitDiagEnv finds it as it was.
+    // Subscriptions end and delivery stops.
     Library::set_open(false);
+    Dispatcher::instance().stop();
     line.result(0).emit();
 }
 
@@ -132,8 +137,9 @@ uint32_t KVD_GetLibVer(char *version)
             if (!version)
                 return EFAULT;
             c.lib.load();
-            const std::string &text = c.lib.fleet().library_version.empty() ? std::string(kDefaultLibraryVersion)
-                                                                            : c.lib.fleet().library_version;
+            const std::string &text = c.lib.fleet().library_version.empty()
+                                          ? std::string(kDefaultLibraryVersion)
+                                          : c.lib.fleet().library_version;
             size_t n = text.size() < 31 ? text.size() : 31;
             memcpy(version, text.data(), n);
             version[n] = '\0';
@@ -158,6 +164,8 @@ uint32_t unRegisterForEvent(uint32_t board, uint32_t event_id)
         rc = ENXIO;
     else if (!Library::present(board))
         rc = ENODEV;
+    else if (Dispatcher::instance().unsubscribe(board, event_id) == 0 && event_id != 0)
+        rc = EINVAL; // no such subscription on this board
     line.result(rc).emit();
     return rc;
 }

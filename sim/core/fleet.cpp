@@ -8,6 +8,8 @@
 // coherent adapter.
 #include "core/fleet.hpp"
 #include "core/section.hpp"
+#include "diag/diag.hpp"
+#include "events/events.hpp"
 
 #include <algorithm>
 #include <cctype>
@@ -499,7 +501,8 @@ void read_remote_ports(BoardReading &r)
 // ones settled (the kind first, the link before the names that mention its
 // speed). An engine with a section of its own adds its reader here.
 constexpr BoardReader kBoardReaders[] = {
-    read_kind, read_pci, read_link, read_identity, read_revision, read_remote_ports,
+    read_kind, read_pci, read_link, read_identity, read_revision, read_remote_ports, read_events_section,
+    read_diag_section,
 };
 
 BoardSpec read_board(const Json &j, const std::string &place, const Fleet &fleet)

@@ -90,6 +90,9 @@ void Library::load()
             b.fw = std::make_unique<Firmware>(cfg);
             if (!cfg.online)
                 b.fw->set_state(BoardState::offline);
+            b.events = std::make_unique<BoardEvents>(cfg.number, cfg.events);
+            b.diag = std::make_unique<Diag>(cfg);
+            b.fw->set_link_hook(&Library::link_changed, &b);
             mask |= 1u << cfg.number;
         }
     } catch (const std::exception &e) {
@@ -97,11 +100,21 @@ void Library::load()
         for (Board &b : boards_) {
             b.cfg = nullptr;
             b.fw.reset();
+            b.events.reset();
+            b.diag.reset();
         }
         fleet_.boards.clear();
         mask = 0;
     }
     g_present.store(mask, std::memory_order_release);
+}
+
+// The firmware's link attentions become link events of the board.
+void Library::link_changed(void *context, const LinkStatus &link)
+{
+    Board *b = static_cast<Board *>(context);
+    if (b->events && b->cfg)
+        b->events->link_changed(link, b->cfg->wwpn, b->cfg->wwnn);
 }
 
 Board *Library::board(uint32_t number)

@@ -14,6 +14,8 @@
 #include <string>
 
 #include "core/fault.hpp"
+#include "diag/diag.hpp"
+#include "events/events.hpp"
 #include "mailbox/firmware.hpp"
 #include "core/fleet.hpp"
 #include "core/trace.hpp"
@@ -26,7 +28,9 @@ namespace kvdsim
 // its member here and constructing it in Library::load().
 struct Board {
     const BoardSpec *cfg = nullptr;
-    std::unique_ptr<Firmware> fw; // mailbox firmware: every board
+    std::unique_ptr<Firmware> fw;        // mailbox firmware: every board
+    std::unique_ptr<BoardEvents> events; // event log, sensor: every board
+    std::unique_ptr<Diag> diag;          // loopback, rings, resets: every board
 };
 
 class Library
@@ -58,6 +62,7 @@ class Library
 
   private:
     Library() = default;
+    static void link_changed(void *context, const LinkStatus &link);
     bool loaded_ = false;
     Fleet fleet_;
     Board boards_[32];

@@ -310,6 +310,8 @@ void Firmware::link_up_event()
     }
     errors_.invalid_tx_word += 2;
     errors_.loss_sync += 1;
+    if (link_hook_)
+        link_hook_(link_hook_context_, link_);
 }
 
 // Link goes down: the port sends NOS/OLS and loses synchronisation.
@@ -327,6 +329,16 @@ void Firmware::link_down_event()
     port_.nos++;
     errors_.link_failure++;
     errors_.loss_sync++;
+    if (link_hook_)
+        link_hook_(link_hook_context_, link_);
+}
+
+void Firmware::set_link(bool up)
+{
+    if (up && !link_.up)
+        link_up_event();
+    else if (!up && link_.up)
+        link_down_event();
 }
 
 // INIT_LINK topology bits against what is at the other end of the cable:

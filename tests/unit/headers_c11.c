@@ -1,5 +1,7 @@
 /* Compiled as C11: the shared headers must stay valid C. */
 #include "libkvd.h"
+#include "kvd_events.h"
+#include "kvd_sli.h"
 
 int kvd_headers_c11_probe(void);
 int kvd_headers_c11_probe(void)
