@@ -30,18 +30,18 @@ typedef struct kvd_brdinfo {
     uint32_t a_flash_low; /* flash base, low half */
     uint32_t a_ctlreg_hi; /* control register base, high half */
     uint32_t a_ctlreg_low;
-    uint32_t a_intrlvl; /* interrupt level */
-    uint32_t a_pci;     /* (device << 16) | vendor; 0 = empty entry */
-    uint32_t a_busid;   /* PCI bus number */
-    uint32_t a_devid;   /* PCI device number */
-    uint8_t a_pciFunc;  /* PCI function number */
-    uint8_t a_siglvl;   /* signal level */
-    uint16_t a_ddi;     /* driver instance ("vexa%d") */
-    uint32_t a_onmask;  /* boards online (entry 0 only) */
-    uint32_t a_offmask; /* boards offline (entry 0 only) */
-    char a_drvrid[16];  /* driver version text (entry 0 only) */
-    char a_fwname[32];  /* firmware name, empty when unknown */
-    uint8_t a_wwpn[8];  /* port WWN, wire order */
+    uint32_t a_intrlvl;   /* interrupt level */
+    uint32_t a_pci;       /* (device << 16) | vendor; 0 = empty entry */
+    uint32_t a_busid;     /* PCI bus number */
+    uint32_t a_devid;     /* PCI device number */
+    uint8_t a_pciFunc;    /* PCI function number */
+    uint8_t a_siglvl;     /* signal level */
+    uint16_t a_ddi;       /* driver instance ("vexa%d") */
+    uint32_t a_onmask;    /* boards online (entry 0 only) */
+    uint32_t a_offmask;   /* boards offline (entry 0 only) */
+    char a_drvrid[16];    /* driver version text (entry 0 only) */
+    char a_fwname[32];    /* firmware name, empty when unknown */
+    uint8_t a_wwpn[8];    /* port WWN, wire order */
 } KVD_BRDINFO;
 
 KVD_STATIC_ASSERT(sizeof(KVD_BRDINFO) == 108, "KVD_BRDINFO is 108 bytes");

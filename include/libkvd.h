@@ -40,10 +40,8 @@ uint32_t unRegisterForEvent(uint32_t board, uint32_t event_id);
 /* HBA API attributes. */
 HBA_STATUS GetAdapterAttributes(uint32_t board, HBA_ADAPTERATTRIBUTES *attributes);
 HBA_STATUS GetAdapterPortAttributes(uint32_t board, uint32_t port, HBA_PORTATTRIBUTES *attributes);
-HBA_STATUS GetPortAttributesByIndex(uint32_t board, uint32_t port, uint32_t index,
-                                    HBA_PORTATTRIBUTES *attributes);
-HBA_STATUS GetDiscoveredPortAttributes(uint32_t board, uint32_t port, uint32_t index,
-                                       HBA_PORTATTRIBUTES *attributes);
+HBA_STATUS GetPortAttributesByIndex(uint32_t board, uint32_t port, uint32_t index, HBA_PORTATTRIBUTES *attributes);
+HBA_STATUS GetDiscoveredPortAttributes(uint32_t board, uint32_t port, uint32_t index, HBA_PORTATTRIBUTES *attributes);
 HBA_STATUS GetPortAttributesByWWN(uint32_t board, HBA_WWN wwn, HBA_PORTATTRIBUTES *attributes);
 HBA_STATUS GetPortStatistics(uint32_t board, uint32_t port, HBA_PORTSTATISTICS *statistics);
 

@@ -96,8 +96,7 @@ uint32_t KVD_InitDiagEnv(KVD_BRDINFO *brdinfo, uint32_t max_boards)
         [&](TraceLine &t) { t.arg_ptr("brdinfo", brdinfo).arg("max_boards", max_boards); },
         [&](Call &c) {
             const uint32_t entries = max_boards < KVD_MAX_BOARDS ? max_boards : KVD_MAX_BOARDS;
-            return open_env(c, brdinfo, entries,
-                            [](const BoardSpec &cfg, KVD_BRDINFO &e) { board_entry(cfg, e); });
+            return open_env(c, brdinfo, entries, [](const BoardSpec &cfg, KVD_BRDINFO &e) { board_entry(cfg, e); });
         });
 }
 
@@ -137,9 +136,8 @@ uint32_t KVD_GetLibVer(char *version)
             if (!version)
                 return EFAULT;
             c.lib.load();
-            const std::string &text = c.lib.fleet().library_version.empty()
-                                          ? std::string(kDefaultLibraryVersion)
-                                          : c.lib.fleet().library_version;
+            const std::string &text = c.lib.fleet().library_version.empty() ? std::string(kDefaultLibraryVersion)
+                                                                            : c.lib.fleet().library_version;
             size_t n = text.size() < 31 ? text.size() : 31;
             memcpy(version, text.data(), n);
             version[n] = '\0';

@@ -11,8 +11,7 @@
 #include "diag/diag_spec.hpp"
 #include "events/events_spec.hpp"
 
-namespace kvdsim
-{
+namespace kvdsim {
 
 using Wwn = std::array<uint8_t, 8>;
 
@@ -23,13 +22,13 @@ enum class Topology { fabric, loop, pt2pt };
 struct RemotePort {
     Wwn wwpn{};
     Wwn wwnn{};
-    uint32_t did = 0;          // 24-bit port identifier
-    uint32_t port_type = 0;    // HBA API port type (N_Port 5, NL_Port 6, ...)
-    uint32_t cos = 0x8;        // supported classes of service (class 3)
-    bool fcp_target = true;    // offers FCP (type 8)
-    std::string symbolic_name; // PortSymbolicName
-    std::string os_device;     // OSDeviceName text, e.g. "/dev/sg3" (below 32 bytes)
-    int32_t scsi_target = -1;  // SCSI target id the driver gave it (-1: none)
+    uint32_t did = 0;             // 24-bit port identifier
+    uint32_t port_type = 0;       // HBA API port type (N_Port 5, NL_Port 6, ...)
+    uint32_t cos = 0x8;           // supported classes of service (class 3)
+    bool fcp_target = true;       // offers FCP (type 8)
+    std::string symbolic_name;    // PortSymbolicName
+    std::string os_device;        // OSDeviceName text, e.g. "/dev/sg3" (below 32 bytes)
+    int32_t scsi_target = -1;     // SCSI target id the driver gave it (-1: none)
     uint32_t max_frame = 2048;
 };
 
@@ -37,7 +36,7 @@ struct RemotePort {
 struct FirmwareRevision {
     uint32_t biu_rev = 0;
     uint32_t sm_rev = 0;
-    uint32_t sm_fw_rev = 0; // fw_rev word
+    uint32_t sm_fw_rev = 0;   // fw_rev word
     uint32_t endec_rev = 0;
     uint8_t fcph_low = 0;
     uint8_t fcph_high = 0;
@@ -45,7 +44,7 @@ struct FirmwareRevision {
     uint8_t feature_level_high = 0;
     uint32_t post_kernel_rev = 0;
     uint32_t op_fw_rev = 0;
-    std::string op_fw_name; // at most 16 bytes
+    std::string op_fw_name;   // at most 16 bytes
     uint32_t sli1_fw_rev = 0;
     std::string sli1_fw_name;
     uint32_t sli2_fw_rev = 0;
@@ -55,13 +54,13 @@ struct FirmwareRevision {
     uint32_t second_hw_rev = 0;
     uint32_t third_hw_rev = 0;
     uint32_t arm_fw_id_rev = 0;
-    std::string arm_fw_name; // at most 16 bytes
+    std::string arm_fw_name;  // at most 16 bytes
     uint32_t ulp_fw_id_rev = 0;
     std::string ulp_fw_name;
 };
 
 struct BoardSpec {
-    uint32_t number = 0; // board number, 0..31
+    uint32_t number = 0;           // board number, 0..31
     // PCI identity
     uint16_t vendor_id = 0;
     uint16_t device_id = 0;
@@ -71,33 +70,33 @@ struct BoardSpec {
     uint32_t device = 0;
     uint8_t function = 0;
     uint32_t irq = 0;
-    uint64_t mem_base = 0;    // adapter memory (SLIM) BAR
-    uint64_t ctlreg_base = 0; // control register BAR
-    uint64_t flash_base = 0;  // expansion ROM / flash
+    uint64_t mem_base = 0;         // adapter memory (SLIM) BAR
+    uint64_t ctlreg_base = 0;      // control register BAR
+    uint64_t flash_base = 0;       // expansion ROM / flash
     // driver view
-    uint16_t instance = 0; // vexa%d
-    int32_t host = 0;      // SCSI host number
+    uint16_t instance = 0;         // vexa%d
+    int32_t host = 0;              // SCSI host number
     bool online = true;
     // identity
-    std::string firmware;         // a_fwname text (empty: unknown)
-    std::string firmware_version; // HBA API FirmwareVersion
+    std::string firmware;          // a_fwname text (empty: unknown)
+    std::string firmware_version;  // HBA API FirmwareVersion
     std::string model;
     std::string description;
     std::string serial;
     std::string hardware_version;
     std::string option_rom_version;
-    std::string symbolic_name; // node symbolic name
+    std::string symbolic_name;     // node symbolic name
     Wwn wwpn{};
     Wwn wwnn{};
-    uint32_t pref_did = 0; // preferred D_ID in NVRAM
-    uint8_t hard_alpa = 0; // hard AL_PA in NVRAM
+    uint32_t pref_did = 0;         // preferred D_ID in NVRAM
+    uint8_t hard_alpa = 0;         // hard AL_PA in NVRAM
     // interface
-    int sli_mode = 3; // 2, 3 or 4
+    int sli_mode = 3;              // 2, 3 or 4
     Protocol protocol = Protocol::fc;
-    bool tarvo = false;        // carries the Tarvo converged-network ASIC
-    int if_type = 0;           // SLI-4 interface type (0 when not SLI-4)
-    bool object_store = false; // SLI-4 object store present
-    uint64_t features = 0;     // KVDDRVINFO featureList bits
+    bool tarvo = false;            // carries the Tarvo converged-network ASIC
+    int if_type = 0;               // SLI-4 interface type (0 when not SLI-4)
+    bool object_store = false;     // SLI-4 object store present
+    uint64_t features = 0;         // KVDDRVINFO featureList bits
     uint32_t npiv_max_vports = 0;
     FirmwareRevision revision;
     // link
@@ -110,14 +109,14 @@ struct BoardSpec {
     uint32_t max_frame = 2048;
     Wwn fabric_name{};
     std::vector<RemotePort> remote_ports;
-    EventsSpec events; // "events": sensor and scheduled events
-    DiagSpec diag;     // "diag": loopback plug
+    EventsSpec events;             // "events": sensor and scheduled events
+    DiagSpec diag;                 // "diag": loopback plug
 };
 
 struct Fleet {
-    std::string driver_version;  // a_drvrid text, at most 15 characters
-    std::string driver_name;     // "vexa"
-    std::string library_version; // KVD_GetLibVer text, at most 31 characters
+    std::string driver_version;    // a_drvrid text, at most 15 characters
+    std::string driver_name;       // "vexa"
+    std::string library_version;   // KVD_GetLibVer text, at most 31 characters
     std::string hostname;
     std::string manufacturer;
     uint32_t logging_enable = 0;   // libkvd_logging_enable
