@@ -75,6 +75,19 @@ void send_line(int fd, const std::string &text)
 
 } // namespace
 
+// A process that ends without closing the environment (the shell's option
+// mode) takes its channel's path away with it.
+__attribute__((destructor)) static void remove_channel_at_exit()
+{
+    Dispatcher::instance().remove_channel();
+}
+
+void Dispatcher::remove_channel()
+{
+    if (channel_made_.exchange(false))
+        unlink(channel_path_);
+}
+
 Dispatcher &Dispatcher::instance()
 {
     // Never destroyed: the thread and the signal handler may outlive exit's
@@ -177,8 +190,7 @@ void Dispatcher::stop()
     want_running_.store(false);
     for (Slot &s : slots_)
         s.id.store(0);
-    if (channel_made_.exchange(false))
-        unlink(channel_path_);
+    remove_channel();
     wake();
     wait_idle(-1);
 }

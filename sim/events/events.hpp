@@ -133,6 +133,8 @@ class Dispatcher
     // Stops delivery: no callback starts after this returns, and one that
     // was running has finished (or the wait gave up: see the .cpp).
     void stop();
+    // Unlinks the trigger channel's path, if this process made it.
+    void remove_channel();
 
     // For tests: delivers what is queued now, on the caller's thread.
     void deliver_pending();
