@@ -230,9 +230,9 @@ entries; x stops the listing. A count past the shared area's room asks for
 what it holds.
 
   $ for i in $(seq 35); do echo '2 temp 80'; echo '2 temp 20'; done > reqs
-  $ printf "set board 2\n! kvdev < reqs > /dev/null\nset lines 4\ngetevent 6\n\ngetevent 6\nx\ngetevent 100000\nquit\n" > cmds
-  $ kvd < cmds | banner
-  cmd> cmd> cmd> Event Data1    Data2    Data3    Data4    6 Entries 6 Missed
+  $ printf "set board 2\n! kvdev < reqs > /dev/null\nset lines 4\ngetevent 6\n\ngetevent 6\nx\nset lines 0\ngetevent 100000\nquit\n" > cmds
+  $ kvd < cmds | banner | head -22
+  cmd> cmd> cmd> cmd> Event Data1    Data2    Data3    Data4    6 Entries 6 Missed
   0020  00000002 00000050 00000000 00000000
   0020  00000003 00000014 00000000 00000000
   0020  00000002 00000050 00000000 00000000
@@ -248,7 +248,11 @@ what it holds.
   0020  00000003 00000014 00000000 00000000
   
    Hit <CR> to continue (x to abort): 
-  cmd> Event Data1    Data2    Data3    Data4    52 Entries 0 Missed
-  cmd>  (no-eol)
-  $ grep '^GetEventBuffer' trace | tail -1 | cut -d' ' -f1-6
-  GetEventBuffer(board=2, count=3276) = 0 entries=52
+  cmd> cmd> Event Data1    Data2    Data3    Data4    52 Entries 0 Missed
+  0020  00000002 00000050 00000000 00000000
+  0020  00000003 00000014 00000000 00000000
+  0020  00000002 00000050 00000000 00000000
+  0020  00000003 00000014 00000000 00000000
+  0020  00000002 00000050 00000000 00000000
+  $ grep '^GetEventBuffer' trace | tail -1 | cut -c1-57
+  GetEventBuffer(board=2, count=3276) = 0 entries=52 out=20
