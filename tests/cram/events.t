@@ -256,3 +256,29 @@ what it holds.
   0020  00000002 00000050 00000000 00000000
   $ grep '^GetEventBuffer' trace | tail -1 | cut -c1-57
   GetEventBuffer(board=2, count=3276) = 0 entries=52 out=20
+
+The channel is the process's own: a path that already exists is refused,
+and so is a directory another user could swap the socket in; the process
+creates the socket owner-only and removes it when it ends. A request line
+that is too long is answered with an error and the connection closed.
+
+  $ touch taken
+  $ KVD_SIM_EVENTS=$PWD/taken kvd -c getversions
+  libkvd: KVD_SIM_EVENTS: /*/taken: already exists, refusing to use it; no event channel (glob)
+  Using libkvd version: 3.4.0
+  $ mkdir open; chmod 775 open
+  $ KVD_SIM_EVENTS=$PWD/open/ev kvd -c getversions
+  libkvd: KVD_SIM_EVENTS: /*/open/ev: its directory is group- or world-writable; no event channel (glob)
+  Using libkvd version: 3.4.0
+  $ KVD_SIM_EVENTS=$PWD/missing/ev kvd -c getversions
+  libkvd: KVD_SIM_EVENTS: /*/missing/ev: its directory does not exist; no event channel (glob)
+  Using libkvd version: 3.4.0
+  $ printf '! stat -c %%a ev\n! python3 -c "print(5000*chr(97))" | kvdev\n! kvdev sync\nquit\n' > cmds
+  $ kvd < cmds | banner
+  cmd> 700
+  cmd> error: request too long
+  cmd> ok
+  cmd>  (no-eol)
+  $ ls ev
+  ls: cannot access 'ev': No such file or directory
+  [2]
