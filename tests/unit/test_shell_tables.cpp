@@ -8,6 +8,7 @@
 #include <string>
 
 #include "kvd.h"
+#include "diag/diag.hpp"
 #include "mailbox/firmware.hpp"
 
 using kvdsim::Firmware;
@@ -51,6 +52,16 @@ TEST(Tables, ShellWordsAreUnique)
 TEST(Tables, EngineCodesAndNamesAreUnique)
 {
     expect_unique_codes(Firmware::commands(), "mailbox");
+    expect_unique_codes(kvdsim::Diag::resets(), "reset");
+}
+
+// The reset command's three types are the reset engine's rows.
+TEST(Tables, EveryResetTypeHasARow)
+{
+    std::set<uint32_t> codes;
+    for (const RowInfo &r : kvdsim::Diag::resets())
+        codes.insert(r.code);
+    EXPECT_EQ(codes, (std::set<uint32_t>{KVD_RESET_SELECTIVE, KVD_RESET_COORDINATED, KVD_RESET_FIRMWARE}));
 }
 
 TEST(Tables, EveryMailboxRowIssuesACommandTheFirmwareServes)
