@@ -75,6 +75,13 @@ void send_line(int fd, const std::string &text)
 
 } // namespace
 
+// Made as the library loads: the release calls reach the dispatcher from
+// signal handlers, where nothing may be allocated.
+__attribute__((constructor)) static void make_dispatcher()
+{
+    Dispatcher::instance();
+}
+
 // A process that ends without closing the environment (the shell's option
 // mode) takes its channel's path away with it.
 __attribute__((destructor)) static void remove_channel_at_exit()
