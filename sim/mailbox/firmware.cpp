@@ -972,8 +972,13 @@ uint16_t Firmware::biu_loopback(MailboxCommand &cmd)
     if (xmit_size > rcv_size || xmit_size > kMaxLoopbackBytes)
         return MBXERR_BAD_RCV_LENGTH;
     std::vector<uint8_t> data(xmit_size);
-    if (!mem.read(bde64_address(in.xmit_bde64), data.data(), data.size()) ||
-        !mem.write(bde64_address(in.rcv_bde64), data.data(), data.size()))
+    if (!mem.read(bde64_address(in.xmit_bde64), data.data(), data.size()))
+        return MBXERR_DMA_ERROR;
+    // The loopback echo rule ("loop:ECHO=N") flips byte N on the way back.
+    if (auto hit = library_faults().match_command("loop", 1, "ECHO", static_cast<int32_t>(cfg_.number));
+        hit && !data.empty())
+        data[static_cast<uint64_t>(hit->result) % data.size()] ^= 0xFF;
+    if (!mem.write(bde64_address(in.rcv_bde64), data.data(), data.size()))
         return MBXERR_DMA_ERROR;
     return MBXERR_OK;
 }

@@ -81,6 +81,12 @@ the receive buffer, and the loop ends.
   \tReceived buffer pattern: (esc)
      0: 11111111  11ee1111  11111111  11111111  ................
     10: 11111111  11111111  11111111  11111111  ................
+  $ KVD_SIM_FAULT=loop:ECHO=3 kvd -c 'loopback 0 16 2 15 1' | head -3
+  \tThe memcmp failed with error -253 - pass 1 (esc)
+  \tSent pattern x01 (esc)
+  \tReceived buffer pattern: (esc)
+  $ KVD_SIM_FAULT=loop:ECHO=3 kvd -c 'loopback 0 16 2 15 1' | wc -l
+  5
   $ KVD_SIM_FAULT=KVD_EndLoopback=5 kvd -c 'loopback 1 32 1 15'
   \tInternal loopback of 1 frames of size 32 completed successfully. (esc)
   \tKVD_EndLoopback failed with error 5 (esc)
