@@ -86,7 +86,7 @@ the receive buffer, and the loop ends.
   \tSent pattern x01 (esc)
   \tReceived buffer pattern: (esc)
   $ KVD_SIM_FAULT=loop:ECHO=3 kvd -c 'loopback 0 16 2 15 1' | wc -l
-  5
+  4
   $ KVD_SIM_FAULT=KVD_EndLoopback=5 kvd -c 'loopback 1 32 1 15'
   \tInternal loopback of 1 frames of size 32 completed successfully. (esc)
   \tKVD_EndLoopback failed with error 5 (esc)
