@@ -264,14 +264,14 @@ that is too long is answered with an error and the connection closed.
 
   $ touch taken
   $ KVD_SIM_EVENTS=$PWD/taken kvd -c getversions
-  libkvd: KVD_SIM_EVENTS: /*/taken: already exists, refusing to use it; no event channel (glob)
+  libkvd: KVD_SIM_EVENTS: /tmp/cramtests-fo261vf1/events.t/taken: already exists, refusing to use it; no event channel
   Using libkvd version: 3.4.0
   $ mkdir open; chmod 775 open
   $ KVD_SIM_EVENTS=$PWD/open/ev kvd -c getversions
-  libkvd: KVD_SIM_EVENTS: /*/open/ev: its directory is group- or world-writable; no event channel (glob)
+  libkvd: KVD_SIM_EVENTS: /tmp/cramtests-fo261vf1/events.t/open/ev: its directory is group- or world-writable; no event channel
   Using libkvd version: 3.4.0
   $ KVD_SIM_EVENTS=$PWD/missing/ev kvd -c getversions
-  libkvd: KVD_SIM_EVENTS: /*/missing/ev: its directory does not exist; no event channel (glob)
+  libkvd: KVD_SIM_EVENTS: /tmp/cramtests-fo261vf1/events.t/missing/ev: its directory does not exist; no event channel
   Using libkvd version: 3.4.0
   $ printf '! stat -c %%a ev\n! python3 -c "print(5000*chr(97))" | kvdev\n! kvdev sync\nquit\n' > cmds
   $ kvd < cmds | banner
@@ -282,3 +282,27 @@ that is too long is answered with an error and the connection closed.
   $ ls ev
   ls: cannot access 'ev': No such file or directory
   [2]
+
+SIGTERM in the middle of a flood of events: the handler releases the
+subscriptions and the library while callbacks keep coming, and the shell
+ends at once with status 1; no event's lines are cut in two.
+
+  $ mkfifo in
+  $ exec 3<>in
+  $ kvd < in > out 2>&1 &
+  $ pid=$!
+  $ echo 'revent temp ALL' >&3
+  $ for i in $(seq 400); do grep -q 'eventid' out && break; sleep 0.05; done
+  $ for i in $(seq 3000); do echo '0 temp 80'; echo '0 temp 20'; done | kvdev > /dev/null 2>&1 &
+  $ for i in $(seq 400); do [ $(grep -c temperature_event out) -gt 100 ] && break; sleep 0.05; done
+  $ kill -TERM $pid
+  $ wait $pid
+  [1]
+  $ tail -1 trace | cut -d'(' -f1
+  KVD_FreeDiagEnv
+  $ sed '1,/^Adapter 2/d' out | grep -v '^\(cmd> eventid: 1\|temperature_event board 0 \(Temerature exceeded threshold\.\|Temperature returned to normal\.\) tempType 0x[23] temperature [28]0 D Celsius\. \)$' | sed 's/temperature_event board 0 .*//'
+  cmd> 
+  $ ls ev
+  ls: cannot access 'ev': No such file or directory
+  [2]
+  $ wait
