@@ -264,14 +264,14 @@ that is too long is answered with an error and the connection closed.
 
   $ touch taken
   $ KVD_SIM_EVENTS=$PWD/taken kvd -c getversions
-  libkvd: KVD_SIM_EVENTS: /tmp/cramtests-fo261vf1/events.t/taken: already exists, refusing to use it; no event channel
+  libkvd: KVD_SIM_EVENTS: /*/taken: already exists, refusing to use it; no event channel (glob)
   Using libkvd version: 3.4.0
   $ mkdir open; chmod 775 open
   $ KVD_SIM_EVENTS=$PWD/open/ev kvd -c getversions
-  libkvd: KVD_SIM_EVENTS: /tmp/cramtests-fo261vf1/events.t/open/ev: its directory is group- or world-writable; no event channel
+  libkvd: KVD_SIM_EVENTS: /*/open/ev: its directory is group- or world-writable; no event channel (glob)
   Using libkvd version: 3.4.0
   $ KVD_SIM_EVENTS=$PWD/missing/ev kvd -c getversions
-  libkvd: KVD_SIM_EVENTS: /tmp/cramtests-fo261vf1/events.t/missing/ev: its directory does not exist; no event channel
+  libkvd: KVD_SIM_EVENTS: /*/missing/ev: its directory does not exist; no event channel (glob)
   Using libkvd version: 3.4.0
   $ printf '! stat -c %%a ev\n! python3 -c "print(5000*chr(97))" | kvdev\n! kvdev sync\nquit\n' > cmds
   $ kvd < cmds | banner
