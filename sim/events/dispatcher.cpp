@@ -251,7 +251,8 @@ bool Dispatcher::call(int i, const Event &e)
     uint8_t payload[BoardEvents::kMaxPayload];
     const size_t room = std::min<size_t>(size ? size : sizeof payload, sizeof payload);
     const uint32_t len = static_cast<uint32_t>(std::min(e.payload.size(), ct ? sizeof payload : room));
-    std::memcpy(payload, e.payload.data(), len);
+    if (len)
+        std::memcpy(payload, e.payload.data(), len);
     switch (e.kind) {
     case FC_REG_LINK_EVENT: {
         LINKINFO info = e.link;
