@@ -6,6 +6,7 @@
 #include <atomic>
 #include <chrono>
 #include <fstream>
+#include <iterator>
 #include <regex>
 #include <signal.h>
 #include <stdlib.h>
@@ -175,6 +176,57 @@ TEST(EventStress, ThousandsOfEventsWhileCommandsRun)
     EXPECT_EQ(split, 0);
     EXPECT_EQ(temperature_lines, 2 * kPairs);
     EXPECT_EQ(link_blocks, 2 * kBounces);
+}
+
+// Standard output of `work`, as text.
+template <class Work> std::string captured(Work work)
+{
+    char name[] = "/tmp/kvdcapXXXXXX";
+    int fd = mkstemp(name);
+    fflush(stdout);
+    int saved = dup(1);
+    dup2(fd, 1);
+    work();
+    fflush(stdout);
+    dup2(saved, 1);
+    close(saved);
+    std::ifstream in(name);
+    std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    close(fd);
+    unlink(name);
+    return text;
+}
+
+// The callbacks bound what the records say by the records themselves.
+TEST(Events, CallbacksBoundTheirRecords)
+{
+    LINKINFO li;
+    memset(&li, 0, sizeof(li));
+    li.a_alpaCnt = 0;
+    EXPECT_NE(captured([&] { link_event(0, &li); }).find("ALPAmap 0:\nPortname"), std::string::npos);
+    li.a_alpaCnt = 127; // the last entry the map holds
+    li.a_alpaMap[127] = 0xef;
+    std::string text = captured([&] { link_event(0, &li); });
+    EXPECT_NE(text.find("ALPAmap 127: 0"), std::string::npos);
+    EXPECT_NE(text.find(" 0 ef\n"), std::string::npos);
+    li.a_alpaCnt = 200; // past the map: the count is shown, the entries stop at 127
+    li.a_alpaMap[127] = 0xee;
+    text = captured([&] { link_event(0, &li); });
+    EXPECT_NE(text.find("ALPAmap 200: 0"), std::string::npos);
+    EXPECT_NE(text.find(" 0 ee\n"), std::string::npos);
+
+    // Six bytes dump two words; the partial word reads only its own bytes.
+    uint8_t six[6] = {0x61, 0x04, 0x00, 0x08, 0xab, 0xcd};
+    EXPECT_EQ(captured([&] { rscn_event(0, six, 6); }), "RSCN Buffer: 6\n\n   0: 61040008  abcd0000  \n");
+    EXPECT_EQ(captured([&] { ct_event(0, 0x20, six, 6, 5, (void *)(uintptr_t)KVD_CT_CONTEXT); }),
+              "CT Buffer: 0 cnt:6 tag:0x5 ctx:0x51515151\n\n   0: 61040008  abcd0000  \n");
+    // A length past the registered 1024-byte buffer is cut to it.
+    std::vector<uint8_t> big(1024, 0x11);
+    text = captured([&] { rscn_event(0, big.data(), 5000); });
+    EXPECT_NE(text.find("\n 3f0: 11111111  11111111  11111111  11111111  \n"), std::string::npos);
+    EXPECT_EQ(text.find(" 400: "), std::string::npos);
+    EXPECT_EQ(captured([&] { temperature_event(1, 4, 60); }),
+              "temperature_event board 1 tempType 0x4 temperature 60 D Celsius. \n");
 }
 
 std::atomic<bool> in_callback{false};
