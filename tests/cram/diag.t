@@ -15,7 +15,7 @@ without calling the library.
          passes (default 1)
          timeout (default 15 seconds)
          pattern 0-255 (default 165)
-  $ for a in '3' '0 2048 5 15 0' '0 0' '1 65537' '1 1024 0' '1 1024 3 10' '1 64 1 15 256' '1 64 1 15 -1'; do kvd -c "loopback $a"; echo "[$?]"; done
+  $ for a in '3' '0 1025 5 15 0' '0 0' '1 65537' '1 1024 0' '1 1024 3 14' '1 64 1 15 256' '1 64 1 15 -1'; do kvd -c "loopback $a"; echo "[$?]"; done
   Cannot issue command
   [0]
   Cannot issue command

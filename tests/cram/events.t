@@ -273,10 +273,12 @@ that is too long is answered with an error and the connection closed.
   $ KVD_SIM_EVENTS=$PWD/missing/ev kvd -c getversions
   libkvd: KVD_SIM_EVENTS: /*/missing/ev: its directory does not exist; no event channel (glob)
   Using libkvd version: 3.4.0
-  $ printf '! stat -c %%a ev\n! python3 -c "print(5000*chr(97))" | kvdev\n! kvdev sync\nquit\n' > cmds
+  $ python3 -c "print('0 temp 1' + 4088 * ' '); print('0 temp 1' + 4089 * ' ')" > long
+  $ printf '! stat -c %%a ev\n! kvdev < long\n! kvdev sync\nquit\n' > cmds
   $ kvd < cmds | banner
   cmd> 700
-  cmd> error: request too long
+  cmd> ok
+  error: request too long
   cmd> ok
   cmd>  (no-eol)
   $ ls ev
