@@ -111,6 +111,13 @@ void rscn_event(uint32_t board, void *payload, uint32_t length);
 void vport_rscn_event(uint32_t board, HBA_WWN wwpn, void *payload, uint32_t length);
 void temperature_event(uint32_t board, uint32_t type, uint32_t celsius);
 void ct_event(uint32_t board, uint16_t ct_value, void *payload, uint32_t length, uint32_t tag, void *context);
+/* One FCP READ(10) / WRITE(10) of *datasize bytes at block lba, in a command
+ * block built here; 1 without a call when cur_board is not below the board
+ * count, else the library's result. */
+int32_t kvd_SendFcpRead(uint32_t board, HBA_WWN *wwn, uint64_t lun, uint32_t lba, void *data,
+                        uint32_t *datasize, void *rsp, uint32_t *rspsize);
+int32_t kvd_SendFcpWrite(uint32_t board, HBA_WWN *wwn, uint64_t lun, uint32_t lba, void *data,
+                         uint32_t *datasize, void *rsp, uint32_t *rspsize);
 
 /* SLI level (2, 3 or 4) and protocol (0 FCoE, 1 Fibre Channel) of a board,
  * from the driver information; -1 when the query fails. */

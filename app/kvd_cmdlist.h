@@ -28,39 +28,39 @@
     X("authsetcfg", authsetcfg, STUB) \
     X("authsetpsswd", authsetpsswd, STUB) \
     X("authstatus", authstatus, STUB) \
-    X("ct", ct, STUB) \
+    X("ct", ct, BUILT) \
     X("dportattr", dportattr, BUILT) \
     X("drvinfo", drvinfo, BUILT) \
     X("dumpreg", dumpreg, STUB) \
     X("dumpregion", dumpregion, STUB) \
     X("fcpmap", fcpmap, STUB) \
-    X("fcoegetparams", fcoegetparams, STUB) \
-    X("fcoesetparams", fcoesetparams, STUB) \
+    X("fcoegetparams", fcoegetparams, BUILT) \
+    X("fcoesetparams", fcoesetparams, BUILT) \
     X("fcoegetlist", fcoegetlist, STUB) \
     X("fcoesetlist", fcoesetlist, STUB) \
     X("fcoegetfcflist", fcoegetfcflist, STUB) \
     X("getcfg", getcfg, STUB) \
     X("getevent", getevent, BUILT) \
     X("getfcpconfig", getfcpconfig, STUB) \
-    X("getfcppriority", getfcppriority, STUB) \
+    X("getfcppriority", getfcppriority, BUILT) \
     X("getmgmt", getmgmt, STUB) \
     X("getversions", getversions, BUILT) \
     X("hbaattr", hbaattr, BUILT) \
     X("help", help, BUILT) \
     X("iportattr", iportattr, BUILT) \
-    X("issuedumpmbox", issuedumpmbox, STUB) \
+    X("issuedumpmbox", issuedumpmbox, BUILT) \
     X("linkinfo", linkinfo, BUILT) \
     X("listbind", listbind, STUB) \
     X("logging", logging, STUB) \
     X("loopback", loopback, BUILT) \
-    X("tarvo", tarvo, STUB) \
+    X("tarvo", tarvo, BUILT) \
     X("mbox", mbox, BUILT) \
     X("nodeinfo", nodeInform, STUB) \
-    X("persistlinkget", persistlinkget, STUB) \
-    X("persistlinkset", persistlinkset, STUB) \
+    X("persistlinkget", persistlinkget, BUILT) \
+    X("persistlinkset", persistlinkset, BUILT) \
     X("portattr", portattr, BUILT) \
     X("portstat", portstat, BUILT) \
-    X("qoslinkspeed", qoslinkspeed, STUB) \
+    X("qoslinkspeed", qoslinkspeed, BUILT) \
     X("quit", quit, BUILT) \
     X("bye", quit, BUILT) \
     X("exit", quit, BUILT) \
@@ -94,20 +94,20 @@
     X("sd_test_env", sd_test_env, STUB) \
     X("sd_urevent", sd_urevent, STUB) \
     X("sd_verbose", sd_verbose, STUB) \
-    X("els", sendels, STUB) \
-    X("sendfcp", sendfcp, STUB) \
-    X("sendmgmt", sendmgmt, STUB) \
-    X("sendscsi", sendscsi, STUB) \
+    X("els", sendels, BUILT) \
+    X("sendfcp", sendfcp, BUILT) \
+    X("sendmgmt", sendmgmt, BUILT) \
+    X("sendscsi", sendscsi, BUILT) \
     X("set", set, BUILT) \
     X("setcfg", setcfg, STUB) \
     X("setfcpconfig", setfcpconfig, STUB) \
-    X("setfcppriority", setfcppriority, STUB) \
+    X("setfcppriority", setfcppriority, BUILT) \
     X("setmgmt", setmgmt, STUB) \
     X("!", shell, BUILT) \
-    X("showmmm", showmmm, STUB) \
-    X("sli4", sli4, STUB) \
-    X("sli4iov", sli4iov, STUB) \
-    X("slireadstat", slireadstat, STUB) \
+    X("showmmm", showmmm, BUILT) \
+    X("sli4", sli4, BUILT) \
+    X("sli4iov", sli4iov, BUILT) \
+    X("slireadstat", slireadstat, BUILT) \
     X("urevent", uregevent, BUILT) \
     X("vpdinfo", vpdInfo, STUB) \
     X("vpcreate", vpcreate, STUB) \

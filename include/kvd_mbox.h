@@ -503,9 +503,9 @@ typedef struct {
     uint32_t words[8];
 } WRITE_EVENT_LOG_VAR;
 
-typedef struct {
-    uint32_t words[31];
-} SLI4_CONFIG;
+/* SLI4_CONFIG (the SLI-4 configuration request, code 0x9B) lives with the
+ * rest of the SLI-4 records. */
+#include "kvd_sli4.h"
 
 typedef union {
     uint32_t varWords[31];
@@ -685,5 +685,9 @@ typedef struct {
 } PORT_CAP_VAR;
 
 KVD_STATIC_ASSERT(sizeof(PORT_CAP_VAR) == MAILBOX_SIZE, "port-capability view covers the record");
+
+/* The mailbox is complete: the SLI-4 operations that take it follow. */
+#define KVD_MBOX_COMPLETE
+#include "kvd_sli4.h"
 
 #endif

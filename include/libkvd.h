@@ -15,6 +15,11 @@
 #include "kvd_brdinfo.h"
 #include "kvd_events.h"
 #include "kvd_mbox.h"
+#include "kvd_sli4.h"
+#include "kvd_tarvo.h"
+#include "kvd_port.h"
+#include "kvd_passthru.h"
+#include "kvd_scsi.h"
 
 #ifdef __cplusplus
 extern "C" {

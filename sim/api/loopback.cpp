@@ -42,7 +42,7 @@ uint32_t KVD_EndLoopback(uint32_t board)
 {
     return board_call<uint32_t>(
         "KVD_EndLoopback", board, kErrnoFamily, [&](TraceLine &t) { t.arg("board", board); },
-        [&](Call &, Board &b) { return b.diag->end_loopback(*b.fw); });
+        [&](Call &, Board &b) { return b.diag->end_loopback(*b.fw, !b.port || b.port->link_allowed()); });
 }
 
 uint32_t KVD_GetSliImage(uint32_t board, void *buffer, uint32_t *length)

@@ -46,6 +46,12 @@ int32_t issue(Call &c, Board &b, MAILBOX *mb, bool counts_ok, uint32_t words_in,
     if (rc == EINVAL) // refused before the firmware ran: nothing comes back
         return rc;
     memcpy(mb, record, words_out * 4);
+    // An SLI-4 configuration request the firmware refused fails the call;
+    // its status and additional status are in the response header.
+    MAILBOX done;
+    memcpy(&done, record, sizeof done);
+    if (rc == KVD_RC_OK && done.mbxCommand == MBX_SLI4_CONFIG && done.mbxStatus == MBXERR_SLI4_CONFIG_FAILED)
+        rc = EIO;
 
     // in= is the record as received: its first words_in words, or for V2
     // the record and the payload after it (as it came back: the payload is

@@ -16,7 +16,9 @@ uint32_t KVD_ResetAdapter(uint32_t board, uint32_t type)
         [&](TraceLine &t) { t.arg("board", board).arg("type", type); },
         [&](Call &c, Board &b) {
             const char *name = nullptr;
-            const uint32_t rc = b.diag->reset(*b.fw, type, &name);
+            // Link-down persistence (the port settings) keeps the link down.
+            const bool bring_up = !b.port || b.port->link_allowed();
+            const uint32_t rc = b.diag->reset(*b.fw, type, &name, bring_up);
             c.line.result(rc);
             if (name)
                 c.line.tag("command", name);

@@ -25,6 +25,7 @@
 #include <nlohmann/json.hpp>
 
 #include "kvd_attr.h"
+#include "scsi/target.hpp"
 
 namespace kvdsim
 {
@@ -501,7 +502,17 @@ void read_remote_ports(BoardReading &r)
 // ones settled (the kind first, the link before the names that mention its
 // speed). An engine with a section of its own adds its reader here.
 constexpr BoardReader kBoardReaders[] = {
-    read_kind, read_pci, read_link, read_identity, read_revision, read_remote_ports, read_events_section,
+    read_kind,
+    read_pci,
+    read_link,
+    read_identity,
+    read_revision,
+    read_remote_ports,
+    read_asic_section,
+    [](BoardReading &r) { read_port_section(r.board, r.spec); },
+    [](BoardReading &r) { read_scsi_section(r.board, r.spec); },
+    [](BoardReading &r) { read_sli4_section(r.board, r.spec); },
+    read_events_section,
     read_diag_section,
 };
 
@@ -532,6 +543,7 @@ Fleet read_fleet(const Json &doc)
     top.text("hostname", f.hostname, kHostnameMax);
     top.text("manufacturer", f.manufacturer, kManufacturerMax);
     top.number("logging_enable", f.logging_enable);
+    top.flag("mmm", f.mmm);
     if (const Json *bv = top.take("boards")) {
         if (!bv->is_array())
             fail("boards", std::string("expected an array, found ") + type_name(*bv));

@@ -10,6 +10,10 @@
 
 #include "diag/diag_spec.hpp"
 #include "events/events_spec.hpp"
+#include "asic/asic_spec.hpp"
+#include "port/port_spec.hpp"
+#include "scsi/luns.hpp"
+#include "sli4/spec.hpp"
 
 namespace kvdsim {
 
@@ -96,6 +100,7 @@ struct BoardSpec {
     bool tarvo = false;            // carries the Tarvo converged-network ASIC
     int if_type = 0;               // SLI-4 interface type (0 when not SLI-4)
     bool object_store = false;     // SLI-4 object store present
+    Sli4Spec sli4;                 // SLI-4 configuration engine and object store
     uint64_t features = 0;         // KVDDRVINFO featureList bits
     uint32_t npiv_max_vports = 0;
     FirmwareRevision revision;
@@ -111,6 +116,9 @@ struct BoardSpec {
     std::vector<RemotePort> remote_ports;
     EventsSpec events;             // "events": sensor and scheduled events
     DiagSpec diag;                 // "diag": loopback plug
+    AsicSpec asic;                 // the Tarvo ASIC, when `tarvo`
+    PortSpec port;                 // the "port" section
+    ScsiSpec scsi;                 // logical units of the FCP targets among the remote ports
 };
 
 struct Fleet {
@@ -120,6 +128,7 @@ struct Fleet {
     std::string hostname;
     std::string manufacturer;
     uint32_t logging_enable = 0;   // libkvd_logging_enable
+    bool mmm = false;              // management mix-and-match allowed
     std::vector<BoardSpec> boards; // in board-number order
 };
 

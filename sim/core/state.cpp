@@ -88,20 +88,35 @@ void Library::load()
             Board &b = boards_[cfg.number];
             b.cfg = &cfg;
             b.fw = std::make_unique<Firmware>(cfg);
+            if (cfg.tarvo)
+                b.asic = std::make_unique<Asic>(cfg.asic);
+            b.fabric = std::make_unique<Fabric>(cfg);
+            b.scsi = std::make_unique<ScsiTargets>(cfg);
+            if (cfg.sli_mode == 4) {
+                b.sli4 = std::make_unique<Sli4Engine>(cfg, fleet_);
+                b.fw->attach_sli4(b.sli4.get());
+            }
             if (!cfg.online)
                 b.fw->set_state(BoardState::offline);
             b.events = std::make_unique<BoardEvents>(cfg.number, cfg.events);
             b.diag = std::make_unique<Diag>(cfg);
             b.fw->set_link_hook(&Library::link_changed, &b);
+            b.port = std::make_unique<Port>(cfg);
+            b.port->power_on(*b.fw);
             mask |= 1u << cfg.number;
         }
     } catch (const std::exception &e) {
         fprintf(stderr, "libkvd: cannot start the boards' firmware: %s\n", e.what());
         for (Board &b : boards_) {
             b.cfg = nullptr;
+            b.port.reset();
             b.fw.reset();
             b.events.reset();
             b.diag.reset();
+            b.asic.reset();
+            b.fabric.reset();
+            b.scsi.reset();
+            b.sli4.reset();
         }
         fleet_.boards.clear();
         mask = 0;

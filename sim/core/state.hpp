@@ -16,7 +16,12 @@
 #include "core/fault.hpp"
 #include "diag/diag.hpp"
 #include "events/events.hpp"
+#include "asic/asic.hpp"
 #include "mailbox/firmware.hpp"
+#include "port/port.hpp"
+#include "fabric/fabric.hpp"
+#include "scsi/target.hpp"
+#include "sli4/sli4_engine.hpp"
 #include "core/fleet.hpp"
 #include "core/trace.hpp"
 
@@ -28,7 +33,12 @@ namespace kvdsim
 // its member here and constructing it in Library::load().
 struct Board {
     const BoardSpec *cfg = nullptr;
-    std::unique_ptr<Firmware> fw;        // mailbox firmware: every board
+    std::unique_ptr<Firmware> fw;      // mailbox firmware: every board
+    std::unique_ptr<Asic> asic;        // Tarvo ASIC: converged boards only
+    std::unique_ptr<Port> port;        // driver port settings: every board
+    std::unique_ptr<Fabric> fabric;    // what the port reaches: every board
+    std::unique_ptr<ScsiTargets> scsi; // the FCP targets among them
+    std::unique_ptr<Sli4Engine> sli4;  // SLI-4 configuration and object store: SLI-4 boards
     std::unique_ptr<BoardEvents> events; // event log, sensor: every board
     std::unique_ptr<Diag> diag;          // loopback, rings, resets: every board
 };

@@ -188,12 +188,12 @@ uint32_t Diag::run_loopback(const LOOPBACK &lb, HostMemory &mem)
     return 0;
 }
 
-uint32_t Diag::end_loopback(Firmware &fw)
+uint32_t Diag::end_loopback(Firmware &fw, bool bring_up)
 {
     if (loop_type_ == 0)
         return EINVAL;
     loop_type_ = 0;
-    if (cfg_.link_up)
+    if (cfg_.link_up && bring_up)
         fw.set_link(true);
     return 0;
 }
@@ -221,7 +221,7 @@ std::span<const RowInfo> Diag::resets()
     return infos;
 }
 
-uint32_t Diag::reset(Firmware &fw, uint32_t type, const char **name)
+uint32_t Diag::reset(Firmware &fw, uint32_t type, const char **name, bool bring_up)
 {
     const ResetRow *row = find_row(ResetRows::table, type);
     if (name)
@@ -233,13 +233,14 @@ uint32_t Diag::reset(Firmware &fw, uint32_t type, const char **name)
     if (auto hit =
             library_faults().match_command("reset", row->code, row->name, static_cast<int32_t>(cfg_.number)))
         return static_cast<uint32_t>(hit->result);
+    bring_up_ = bring_up;
     return (this->*row->handler)(fw);
 }
 
 uint32_t Diag::reset_selective(Firmware &fw)
 {
     fw.set_link(false);
-    if (cfg_.link_up && loop_type_ == 0)
+    if (cfg_.link_up && bring_up_ && loop_type_ == 0)
         fw.set_link(true);
     return 0;
 }
@@ -249,7 +250,7 @@ uint32_t Diag::reset_coordinated(Firmware &fw)
     loop_type_ = 0;
     fw.set_link(false);
     clear_rings();
-    if (cfg_.link_up)
+    if (cfg_.link_up && bring_up_)
         fw.set_link(true);
     return 0;
 }
@@ -259,7 +260,7 @@ uint32_t Diag::reset_firmware(Firmware &fw)
     loop_type_ = 0;
     clear_rings();
     fw.set_link(false);
-    fw.restart();
+    fw.restart(bring_up_);
     return 0;
 }
 

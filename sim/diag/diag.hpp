@@ -44,11 +44,13 @@ class Diag
     // Loopback: errno results.
     uint32_t config_loopback(Firmware &fw, uint32_t type, uint32_t timeout);
     uint32_t run_loopback(const LOOPBACK &lb, HostMemory &mem);
-    uint32_t end_loopback(Firmware &fw);
+    uint32_t end_loopback(Firmware &fw, bool bring_up = true);
 
     // A reset of `type`; EINVAL for a type no row serves. `name` gets the
     // row's name for the trace line.
-    uint32_t reset(Firmware &fw, uint32_t type, const char **name);
+    // `bring_up` false: the driver holds the link down (link-down
+    // persistence), so the reset leaves it down.
+    uint32_t reset(Firmware &fw, uint32_t type, const char **name, bool bring_up = true);
     static std::span<const RowInfo> resets();
 
     // One exchange on a ring: the IOCB the host posted and the one the
@@ -79,6 +81,7 @@ class Diag
 
     BoardSpec cfg_;
     uint32_t loop_type_ = 0; // 0: no loopback configured
+    bool bring_up_ = true;   // the reset under way may bring the link up
     uint16_t iotag_ = 1;
     std::array<Ring, KVD_SLI_MAX_RINGS> rings_{};
 };

@@ -5,6 +5,7 @@
 // from the board number, never from a clock, so that transcripts of the
 // shell against a virtual fleet stay the same from run to run.
 #include "mailbox/firmware.hpp"
+#include "sli4/sli4_engine.hpp"
 
 #include "core/fault.hpp"
 
@@ -151,12 +152,12 @@ void Firmware::reset_defaults()
     build_logins();
 }
 
-void Firmware::restart()
+void Firmware::restart(bool bring_up)
 {
     if (link_.up)
         link_down_event();
     reset_defaults();
-    if (cfg_.link_up)
+    if (cfg_.link_up && bring_up)
         link_up_event();
 }
 
@@ -393,6 +394,11 @@ void Firmware::advance_traffic()
 PortCounters Firmware::counters()
 {
     advance_traffic();
+    return counters_now();
+}
+
+PortCounters Firmware::counters_now() const
+{
     PortCounters c = port_;
     c.link_failure = errors_.link_failure;
     c.loss_of_sync = errors_.loss_sync;
@@ -401,6 +407,25 @@ PortCounters Firmware::counters()
     c.invalid_tx_word = errors_.invalid_tx_word;
     c.invalid_crc = errors_.crc;
     return c;
+}
+
+// Each frame adds its header, CRC and delimiters (9 words) to its payload.
+void Firmware::carry_traffic(uint64_t tx_frames, uint64_t tx_bytes, uint64_t rx_frames, uint64_t rx_bytes)
+{
+    const uint64_t tx_words = tx_frames * 9 + (tx_bytes + 3) / 4;
+    const uint64_t rx_words = rx_frames * 9 + (rx_bytes + 3) / 4;
+    port_.tx_frames += tx_frames;
+    port_.rx_frames += rx_frames;
+    port_.tx_words += tx_words;
+    port_.rx_words += rx_words;
+    auto add32 = [](uint32_t &c, uint64_t d) { c = static_cast<uint32_t>(c + d); };
+    add32(status_.xmit_bytes, tx_bytes);
+    add32(status_.rcv_bytes, rx_bytes);
+    add32(status_.xmit_frames, tx_frames);
+    add32(status_.rcv_frames, rx_frames);
+    add32(status_.xmit_seqs, tx_frames ? 1 : 0);
+    add32(status_.rcv_seqs, rx_frames ? 1 : 0);
+    add32(status_.orig_exchanges, 1);
 }
 
 // ---------------------------------------------------------------------------
@@ -482,6 +507,7 @@ struct MailboxCommands {
         {MBX_RUN_BIU_DIAG64, "RUN_BIU_DIAG64", kSliAll, 7, 1, &Firmware::biu_loopback},
         {MBX_READ_SPARM64, "READ_SPARM64", kSliAll, 4, 1, &Firmware::read_sparm64},
         {MBX_SET_DEBUG, "SET_DEBUG", kSliAll, 3, 1, &Firmware::set_debug},
+        {MBX_SLI4_CONFIG, "SLI4_CONFIG", kSli4, MAILBOX_WORDS, MAILBOX_WORDS, &Firmware::sli4_config},
     };
 };
 static_assert(unique_codes(MailboxCommands::table), "two firmware commands share a code");
@@ -500,6 +526,15 @@ const MailboxRow *Firmware::command(uint8_t code)
 
 // ---------------------------------------------------------------------------
 // Commands. On an error status the variant goes back as it was sent.
+
+// The request (embedded, or named by a scatter-gather entry) and the data
+// behind the record are the SLI-4 engine's to read and answer.
+uint16_t Firmware::sli4_config(MailboxCommand &cmd)
+{
+    if (!sli4_)
+        return MBXERR_UNKNOWN_CMD;
+    return sli4_->run(cmd.mb, cmd.mem, cmd.payload);
+}
 
 uint16_t Firmware::read_nv(MailboxCommand &cmd)
 {

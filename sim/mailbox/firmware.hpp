@@ -46,6 +46,7 @@ struct PortCounters {
 enum class BoardState { ready, offline, resetting };
 
 class Firmware;
+class Sli4Engine;
 
 // One mailbox command as a handler sees it: the record (a private copy,
 // words not handed over read as zero), host memory for the buffer
@@ -86,14 +87,19 @@ class Firmware
     static const MailboxRow *command(uint8_t code);
 
     LinkStatus link() const;
-    PortCounters counters(); // traffic moves a little on every read
+    PortCounters counters();           // traffic moves a little on every read
+    PortCounters counters_now() const; // as they stand, without moving
+    // Frames the port sent and received for a command the host issued
+    // (SCSI, ELS, CT): they count in the port and status counters.
+    void carry_traffic(uint64_t tx_frames, uint64_t tx_bytes, uint64_t rx_frames, uint64_t rx_bytes);
     BoardState state() const;
     void set_state(BoardState s);
 
     // The board goes through a firmware reset, as RESTART does: the link
     // drops and comes back as at power-on, counters are cleared and the
-    // stored configuration returns to its defaults.
-    void restart();
+    // stored configuration returns to its defaults. With `bring_up` false
+    // the link stays down (a driver that holds it down).
+    void restart(bool bring_up = true);
 
     // A link change from outside the mailbox (reset, loopback, a test's
     // trigger): the same attentions DOWN_LINK and INIT_LINK raise.
@@ -109,6 +115,13 @@ class Firmware
     const BoardSpec &cfg() const
     {
         return cfg_;
+    }
+
+    // SLI4_CONFIG requests go to the board's SLI-4 engine (none: the
+    // command is unknown).
+    void attach_sli4(Sli4Engine *engine)
+    {
+        sli4_ = engine;
     }
 
     // Link timers as CONFIG_LINK stores them (milliseconds).
@@ -186,6 +199,7 @@ class Firmware
     uint16_t set_debug(MailboxCommand &cmd);
     uint16_t read_port_cap(MailboxCommand &cmd);
     uint16_t biu_loopback(MailboxCommand &cmd);
+    uint16_t sli4_config(MailboxCommand &cmd);
 
     uint32_t ring_count() const;
     bool topology_allows(uint16_t link_flags) const;
@@ -217,6 +231,7 @@ class Firmware
     uint32_t debug_addr_ = 0, debug_value_ = 0;
     LinkHook link_hook_ = nullptr;
     void *link_hook_context_ = nullptr;
+    Sli4Engine *sli4_ = nullptr;
 };
 
 } // namespace kvdsim

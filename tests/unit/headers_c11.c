@@ -1,12 +1,28 @@
 /* Compiled as C11: the shared headers must stay valid C. */
+#include "kvd_sli4.h" /* on its own first: it must bring what it needs */
 #include "libkvd.h"
 #include "kvd_events.h"
 #include "kvd_sli.h"
+#include "kvd_port.h"
 
-int kvd_headers_c11_probe(void);
-int kvd_headers_c11_probe(void)
+int kvd_headers_c11_probe(MAILBOX *sli4);
+int kvd_headers_c11_probe(MAILBOX *sli4)
 {
     MAILBOX mb = {0};
+    tarvo_cmd_t cmd = {0};
+    KVD_FCOEPARAM fp = {0};
+    FCP_CMND fcp = {0};
+    KVD_CT_HDR ct = {0};
+    KVD_ELS_DEST dest = {KVD_ELS_ADDR_DID, 0};
     mb.mbxCommand = MBX_READ_REV;
-    return (int)sizeof(KVD_BRDINFO) + mb.mbxCommand;
+    cmd.get.code = TARVO_CMD_GET_INIT;
+    fp.version = KVD_FCOEPARAM_VERSION;
+    fcp.fcpCdb[0] = SCSI_READ_10;
+    ct.revision = CT_REVISION;
+    sli4->mbxCommand = MBX_SLI4_CONFIG;
+    sli4->un.varSli4Cfg.emb = 1;
+    return (int)sizeof(KVD_BRDINFO) + mb.mbxCommand + (int)cmd.code + (int)sizeof(tarvo_rsp_t) + fp.version +
+           fcp.fcpCdb[0] + ct.revision + (int)dest.addrType + (int)sizeof(FCP_RSP) + (int)sizeof(SCSI_SENSE) +
+           (int)sizeof(gorvik_common_read_object_cmd) + IssueInternalMboxWithRetryEx(0, sli4, 0, 0, 0, 0, 1, 100) +
+           kvd_get_board_sli4_if_type(0);
 }

@@ -1,0 +1,109 @@
+// The driver's port settings engine: one per board. It keeps what the
+// driver stores for the port (FCoE parameters, the global FCP priority
+// flag, link-down persistence), answers the dump mailbox from the adapter's
+// configuration regions, reports the QoS link speed and runs adapter
+// resets. Link changes go to the board's firmware as mailbox commands, the
+// way the driver sends them; the settings outlive firmware restarts.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "core/engine.hpp"
+#include "core/fleet.hpp"
+#include "mailbox/firmware.hpp"
+
+namespace kvdsim
+{
+
+// Request codes of the driver's port-settings interface.
+enum PortCode : uint32_t {
+    kPortFcoeGetParams = 0x40,
+    kPortFcoeSetParams = 0x41,
+    kPortQosGetFlag = 0x42,
+    kPortQosSetFlag = 0x43,
+    kPortGetPersistLink = 0x44,
+    kPortSetPersistLink = 0x45,
+    kPortDumpRegion = 0x46,
+    kPortQosLinkSpeed = 0x47,
+    kPortResetAdapter = 0x48,
+};
+
+// Configuration regions the dump mailbox reads.
+constexpr uint32_t kRegionWakeup = 1;    // boot firmware revisions
+constexpr uint32_t kRegionNvParams = 14; // port names and addresses
+constexpr uint32_t kRegionDriver = 23;   // the driver's stored port settings
+
+// One request as a handler sees it: the caller's record or buffer, bounded
+// by what the caller handed over, the scalar arguments, and the count of
+// bytes the handler wrote back (for the dump).
+struct PortCommand {
+    Firmware &fw;
+    std::span<uint8_t> data;
+    uint32_t args[4] = {};
+    uint32_t written = 0;
+};
+
+class Port;
+using PortRow = EngineRow<int32_t (Port::*)(PortCommand &)>;
+
+class Port
+{
+  public:
+    explicit Port(const BoardSpec &cfg);
+
+    // The link as the stored settings want it at power-on.
+    void power_on(Firmware &fw);
+
+    // Runs one request. Returns 0 or an errno value: ENOTTY for a code
+    // without a row, EINVAL when data is shorter than the row needs.
+    int32_t run(uint32_t code, PortCommand &cmd, CommandNote *note = nullptr);
+
+    static std::span<const RowInfo> commands();
+    static const PortRow *command(uint32_t code);
+
+    // The region's whole image; empty for a region the adapter lacks.
+    std::vector<uint8_t> region(uint32_t id) const;
+
+    // Whether the port may bring its link up: not held down by
+    // persistence, and on FCoE an FCF answers with the stored FC-MAP and
+    // VLAN.
+    bool link_allowed() const;
+
+    uint32_t fcp_priority() const
+    {
+        return fcp_priority_;
+    }
+    uint16_t persist_link_down() const
+    {
+        return persist_;
+    }
+
+  private:
+    friend struct PortCommands;
+
+    int32_t fcoe_get_params(PortCommand &cmd);
+    int32_t fcoe_set_params(PortCommand &cmd);
+    int32_t qos_get_flag(PortCommand &cmd);
+    int32_t qos_set_flag(PortCommand &cmd);
+    int32_t get_persist_link(PortCommand &cmd);
+    int32_t set_persist_link(PortCommand &cmd);
+    int32_t dump_region(PortCommand &cmd);
+    int32_t qos_link_speed(PortCommand &cmd);
+    int32_t reset_adapter(PortCommand &cmd);
+
+    bool fcoe() const;
+    bool fcf_answers() const;
+    int32_t link_command(Firmware &fw, uint8_t code);
+    int32_t settle(Firmware &fw, bool relogin);
+
+    BoardSpec cfg_;
+    uint32_t fc_map_;
+    bool vlan_valid_;
+    uint16_t vlan_id_;
+    uint32_t fcp_priority_;
+    uint16_t persist_;
+};
+
+} // namespace kvdsim

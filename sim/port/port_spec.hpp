@@ -1,0 +1,40 @@
+// The fleet's description of a board's port settings: what the driver's
+// stored configuration holds at power-on, and the FCoE fabric the port
+// finds on its wire. Read from the board's "port" object.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+namespace kvdsim
+{
+
+class Section;
+struct BoardSpec;
+
+// The FC-MAP is a 24-bit value; 0x0EFC00 is the default of FCoE fabrics.
+constexpr uint32_t kDefaultFcMap = 0x0EFC00;
+// The VLAN on which the default fabric's FCF answers discovery.
+constexpr uint16_t kDefaultFcfVlan = 1002;
+constexpr uint16_t kMaxVlanId = 4094;
+
+struct PortSpec {
+    // Stored FCoE parameters (FCoE boards only).
+    uint32_t fc_map = kDefaultFcMap;
+    bool vlan_valid = false; // false: the VLAN is found by FIP VLAN discovery
+    uint16_t vlan_id = 0;
+    // The fabric's FCF: the FC-MAP it grants addresses under and the VLANs
+    // it answers discovery on.
+    uint32_t fcf_fc_map = kDefaultFcMap;
+    std::vector<uint16_t> fcf_vlans{kDefaultFcfVlan};
+    // Global FCP priority flag as the driver loaded it (any 32-bit value).
+    uint32_t fcp_priority = 0;
+    // Link-down persistence (boards with the persistLinkEnable feature).
+    uint16_t persist_link_down = 0;
+};
+
+// Reads the board's "port" object into spec.port. Runs after the board's
+// kind, link and features are read.
+void read_port_section(Section &board, BoardSpec &spec);
+
+} // namespace kvdsim

@@ -1,0 +1,347 @@
+// The port settings engine: FCoE parameters and the fabric login that
+// follows them, link-down persistence through resets, the dump regions, the
+// QoS link speed, the request table, and the fleet's "port" section.
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "core/fault.hpp"
+#include "core/fleet.hpp"
+#include "mailbox/firmware.hpp"
+#include "port/port.hpp"
+#include "libkvd.h"
+
+using namespace kvdsim;
+
+namespace
+{
+
+BoardSpec make_board(Protocol protocol = Protocol::fc)
+{
+    BoardSpec b;
+    b.number = 3;
+    b.sli_mode = 4;
+    b.protocol = protocol;
+    b.features = KVD_FTR_PERSIST_LINK;
+    b.wwpn = {0x10, 0x00, 0x06, 0x4b, 0x51, 0x00, 0x00, 0x03};
+    b.wwnn = {0x20, 0x00, 0x06, 0x4b, 0x51, 0x00, 0x00, 0x03};
+    b.speed = 0x20; // 16 Gb/s
+    b.revision.arm_fw_name = "4.1.28.5";
+    return b;
+}
+
+struct Box {
+    Firmware fw;
+    Port port;
+    explicit Box(const BoardSpec &b) : fw(b), port(b)
+    {
+        port.power_on(fw);
+    }
+
+    int32_t run(uint32_t code, std::span<uint8_t> data = {}, uint32_t a0 = 0)
+    {
+        PortCommand cmd{fw, data};
+        cmd.args[0] = a0;
+        return port.run(code, cmd);
+    }
+    int32_t set_fcoe(uint32_t map, uint8_t valid, uint16_t vlan, uint8_t version = 1)
+    {
+        KVD_FCOEPARAM p{};
+        p.version = version;
+        p.FCMap[0] = uint8_t(map >> 16);
+        p.FCMap[1] = uint8_t(map >> 8);
+        p.FCMap[2] = uint8_t(map);
+        p.VLanValid = valid;
+        p.VLanId = vlan;
+        return run(kPortFcoeSetParams, {reinterpret_cast<uint8_t *>(&p), sizeof p});
+    }
+    int32_t dump(uint32_t region, uint32_t offset, std::vector<uint8_t> &buf, uint32_t &written,
+                 uint32_t type = KVD_DUMP_TYPE_REGION, uint32_t index = 0)
+    {
+        PortCommand cmd{fw, {buf.data(), buf.size()}};
+        cmd.args[0] = type;
+        cmd.args[1] = index;
+        cmd.args[2] = region;
+        cmd.args[3] = offset;
+        const int32_t rc = port.run(kPortDumpRegion, cmd);
+        written = cmd.written;
+        return rc;
+    }
+    uint16_t qos_speed()
+    {
+        uint16_t s = 0xFFFF;
+        EXPECT_EQ(run(kPortQosLinkSpeed, {reinterpret_cast<uint8_t *>(&s), sizeof s}), 0);
+        return s;
+    }
+};
+
+} // namespace
+
+TEST(SimPort, FcoeParametersOnlyOnFcoeBoards)
+{
+    Box fc(make_board());
+    KVD_FCOEPARAM p{};
+    p.version = 1;
+    EXPECT_EQ(fc.run(kPortFcoeGetParams, {reinterpret_cast<uint8_t *>(&p), sizeof p}), EOPNOTSUPP);
+    EXPECT_EQ(fc.set_fcoe(kDefaultFcMap, 0, 0), EOPNOTSUPP);
+
+    Box fcoe(make_board(Protocol::fcoe));
+    p.version = 2;
+    EXPECT_EQ(fcoe.run(kPortFcoeGetParams, {reinterpret_cast<uint8_t *>(&p), sizeof p}), EINVAL);
+    p.version = 1;
+    std::memset(p.reserved, 0xAA, sizeof p.reserved);
+    ASSERT_EQ(fcoe.run(kPortFcoeGetParams, {reinterpret_cast<uint8_t *>(&p), sizeof p}), 0);
+    EXPECT_EQ(p.FCMap[0], 0x0E);
+    EXPECT_EQ(p.FCMap[1], 0xFC);
+    EXPECT_EQ(p.FCMap[2], 0x00);
+    EXPECT_EQ(p.reserved[0], 0);
+    EXPECT_EQ(p.VLanValid, 0);
+    EXPECT_EQ(fcoe.set_fcoe(kDefaultFcMap, 0, 0, 0), EINVAL);
+}
+
+TEST(SimPort, VlanLimits)
+{
+    Box b(make_board(Protocol::fcoe));
+    EXPECT_EQ(b.set_fcoe(kDefaultFcMap, 1, 0), EINVAL);
+    EXPECT_EQ(b.set_fcoe(kDefaultFcMap, 1, 1), 0);
+    EXPECT_EQ(b.set_fcoe(kDefaultFcMap, 1, kMaxVlanId), 0);
+    EXPECT_EQ(b.set_fcoe(kDefaultFcMap, 1, kMaxVlanId + 1), EINVAL);
+    EXPECT_EQ(b.set_fcoe(kDefaultFcMap, 2, 1002), EINVAL);
+    KVD_FCOEPARAM p{};
+    p.version = 1;
+    ASSERT_EQ(b.run(kPortFcoeGetParams, {reinterpret_cast<uint8_t *>(&p), sizeof p}), 0);
+    EXPECT_EQ(p.VLanValid, 1);
+    EXPECT_EQ(p.VLanId, kMaxVlanId); // the refused sets left the last good one
+}
+
+// The port logs in again after a change, and only where an FCF answers.
+TEST(SimPort, FabricLoginFollowsVlanAndFcMap)
+{
+    Box b(make_board(Protocol::fcoe));
+    ASSERT_TRUE(b.fw.link().up);
+    const uint32_t tag = b.fw.link().event_tag;
+    EXPECT_EQ(b.set_fcoe(kDefaultFcMap, 0, 0), 0); // nothing changed: no new login
+    EXPECT_EQ(b.fw.link().event_tag, tag);
+
+    EXPECT_EQ(b.set_fcoe(kDefaultFcMap, 1, kDefaultFcfVlan), 0); // same FCF, logs in again
+    EXPECT_TRUE(b.fw.link().up);
+    EXPECT_EQ(b.fw.link().event_tag, tag + 2);
+
+    EXPECT_EQ(b.set_fcoe(kDefaultFcMap, 1, 4000), 0); // no FCF on VLAN 4000
+    EXPECT_FALSE(b.fw.link().up);
+    EXPECT_FALSE(b.port.link_allowed());
+    EXPECT_EQ(b.qos_speed(), 0);
+
+    EXPECT_EQ(b.set_fcoe(kDefaultFcMap, 0, 0), 0); // back to discovery
+    EXPECT_TRUE(b.fw.link().up);
+    EXPECT_EQ(b.qos_speed(), 16);
+
+    EXPECT_EQ(b.set_fcoe(0x00FC0E, 0, 0), 0); // FC-MAP the FCF does not grant
+    EXPECT_FALSE(b.fw.link().up);
+}
+
+TEST(SimPort, PersistentLinkDownSurvivesEveryReset)
+{
+    Box b(make_board());
+    uint16_t v = 0xFFFF;
+    ASSERT_EQ(b.run(kPortGetPersistLink, {reinterpret_cast<uint8_t *>(&v), sizeof v}), 0);
+    EXPECT_EQ(v, 0);
+    EXPECT_EQ(b.run(kPortSetPersistLink, {}, 2), EINVAL);
+    ASSERT_EQ(b.run(kPortSetPersistLink, {}, 1), 0);
+    EXPECT_FALSE(b.fw.link().up);
+    const uint32_t ups = b.fw.link().up_count;
+    for (uint32_t type : {KVD_RESET_SELECTIVE, KVD_RESET_COORDINATED, KVD_RESET_FIRMWARE}) {
+        EXPECT_EQ(b.run(kPortResetAdapter, {}, type), 0) << type;
+        EXPECT_FALSE(b.fw.link().up) << type;
+    }
+    EXPECT_EQ(b.fw.link().up_count, ups); // the link never came up in between
+    EXPECT_EQ(b.run(kPortResetAdapter, {}, 0), EINVAL);
+    EXPECT_EQ(b.run(kPortResetAdapter, {}, 4), EINVAL);
+    EXPECT_EQ(b.port.persist_link_down(), 1);
+
+    ASSERT_EQ(b.run(kPortSetPersistLink, {}, 0), 0);
+    EXPECT_TRUE(b.fw.link().up);
+    EXPECT_EQ(b.run(kPortResetAdapter, {}, KVD_RESET_FIRMWARE), 0);
+    EXPECT_TRUE(b.fw.link().up);
+
+    BoardSpec plain = make_board();
+    plain.features = 0;
+    Box p(plain);
+    EXPECT_EQ(p.run(kPortGetPersistLink, {reinterpret_cast<uint8_t *>(&v), sizeof v}), EOPNOTSUPP);
+    EXPECT_EQ(p.run(kPortSetPersistLink, {}, 1), EOPNOTSUPP);
+}
+
+TEST(SimPort, StoredPersistenceHoldsTheLinkAtPowerOn)
+{
+    BoardSpec s = make_board();
+    s.port.persist_link_down = 1;
+    Box b(s);
+    EXPECT_FALSE(b.fw.link().up);
+    EXPECT_EQ(b.qos_speed(), 0);
+}
+
+TEST(SimPort, BusyBoardRefusesWhatNeedsTheFirmware)
+{
+    Box b(make_board(Protocol::fcoe));
+    b.fw.set_state(BoardState::offline);
+    std::vector<uint8_t> buf(16);
+    uint32_t n = 0;
+    EXPECT_EQ(b.set_fcoe(kDefaultFcMap, 1, 5), EBUSY);
+    EXPECT_EQ(b.run(kPortSetPersistLink, {}, 1), EBUSY);
+    EXPECT_EQ(b.run(kPortResetAdapter, {}, 1), EBUSY);
+    EXPECT_EQ(b.dump(kRegionDriver, 0, buf, n), EBUSY);
+    EXPECT_EQ(b.run(kPortQosSetFlag, {}, 1), 0); // a driver setting only
+    EXPECT_EQ(b.qos_speed(), 0);
+}
+
+TEST(SimPort, DumpRegionsStopAtTheirEnd)
+{
+    Box b(make_board(Protocol::fcoe));
+    std::vector<uint8_t> buf(KVD_DUMP_MAX, 0);
+    uint32_t n = 0;
+    ASSERT_EQ(b.dump(kRegionDriver, 0, buf, n), 0);
+    EXPECT_EQ(n, 2048u);
+    EXPECT_EQ(std::string(buf.begin(), buf.begin() + 4), "QDRV");
+    EXPECT_EQ(b.dump(kRegionDriver, 2048, buf, n), EINVAL);
+    ASSERT_EQ(b.dump(kRegionDriver, 2047, buf, n), 0);
+    EXPECT_EQ(n, 1u);
+
+    std::vector<uint8_t> small(20, 0x55);
+    ASSERT_EQ(b.dump(kRegionNvParams, 0, small, n), 0);
+    EXPECT_EQ(n, 20u);
+    EXPECT_EQ(0, std::memcmp(small.data() + 4, make_board().wwpn.data(), 8));
+    ASSERT_EQ(b.dump(kRegionNvParams, 120, buf, n), 0);
+    EXPECT_EQ(n, 8u);
+
+    EXPECT_EQ(b.dump(5, 0, buf, n), ENOENT);
+    EXPECT_EQ(b.dump(kRegionDriver, 0, buf, n, 1), EINVAL);
+    EXPECT_EQ(b.dump(kRegionDriver, 0, buf, n, KVD_DUMP_TYPE_REGION, 1), EINVAL);
+}
+
+// The driver region carries the settings as they stand: persistence, the
+// FCP priority flag and, on FCoE, FC-MAP and VLAN.
+TEST(SimPort, DriverRegionFollowsTheSettings)
+{
+    Box b(make_board(Protocol::fcoe));
+    ASSERT_EQ(b.run(kPortQosSetFlag, {}, 1), 0);
+    ASSERT_EQ(b.set_fcoe(0x0EFC01, 1, 0x123), 0);
+    ASSERT_EQ(b.run(kPortSetPersistLink, {}, 1), 0);
+    std::vector<uint8_t> buf(32);
+    uint32_t n = 0;
+    ASSERT_EQ(b.dump(kRegionDriver, 0, buf, n), 0);
+    const std::vector<uint8_t> want = {'Q',  'D', 'R',  'V',  0,    1, 0,    0x13, // header
+                                       0x01, 2,   0,    1,                         // persistence
+                                       0x02, 4,   0,    0,    0,    1,             // FCP priority
+                                       0x03, 6,   0x0E, 0xFC, 0x01, 1, 0x01, 0x23, // FCoE
+                                       0xFF, 0xFF};
+    EXPECT_EQ(std::vector<uint8_t>(buf.begin(), buf.begin() + want.size()), want);
+}
+
+TEST(SimPort, QosFlagAndSpeed)
+{
+    Box b(make_board());
+    EXPECT_EQ(b.qos_speed(), 16);
+    EXPECT_EQ(b.run(kPortQosSetFlag, {}, 2), EINVAL);
+    ASSERT_EQ(b.run(kPortQosSetFlag, {}, 1), 0);
+    EXPECT_EQ(b.run(kPortResetAdapter, {}, 3), 0);
+    uint32_t flag = 0;
+    ASSERT_EQ(b.run(kPortQosGetFlag, {reinterpret_cast<uint8_t *>(&flag), sizeof flag}), 0);
+    EXPECT_EQ(flag, 1u); // survives the reset
+}
+
+TEST(SimPort, TableDispatch)
+{
+    Box b(make_board());
+    EXPECT_EQ(b.run(0x99), ENOTTY);
+    uint8_t one = 0;
+    EXPECT_EQ(b.run(kPortQosGetFlag, {&one, 1}), EINVAL); // shorter than the flag
+    ASSERT_NE(Port::command(kPortResetAdapter), nullptr);
+    EXPECT_STREQ(Port::command(kPortResetAdapter)->name, "RESET_ADAPTER");
+
+    std::string errors;
+    library_faults().parse("port:QOS_SET_FLAG@3=5:once,port:0x48=16", errors);
+    ASSERT_TRUE(errors.empty()) << errors;
+    EXPECT_EQ(b.run(kPortQosSetFlag, {}, 1), 5);
+    EXPECT_EQ(b.run(kPortQosSetFlag, {}, 1), 0);
+    EXPECT_EQ(b.run(kPortResetAdapter, {}, 1), 16);
+    library_faults().parse("", errors);
+}
+
+// The status counters READ_STATUS returns are cleared after the read that
+// asks for it and then move again.
+TEST(SimPort, StatusCountersClearAndMoveAgain)
+{
+    Firmware fw(make_board());
+    struct Nothing final : HostMemory {
+        bool write(uint64_t, const void *, size_t) override
+        {
+            return false;
+        }
+        bool read(uint64_t, void *, size_t) override
+        {
+            return false;
+        }
+    } mem;
+    auto read = [&](uint32_t clear) {
+        MAILBOX mb{};
+        mb.mbxCommand = MBX_READ_STATUS;
+        mb.un.varRdStatus.clrCounters = clear;
+        EXPECT_EQ(fw.issue(reinterpret_cast<uint8_t *>(&mb), 32, 64, 5, mem), KVD_RC_OK);
+        return mb.un.varRdStatus.xmitFrameCnt;
+    };
+    const uint32_t step = read(0);
+    EXPECT_GT(step, 0u);
+    EXPECT_EQ(read(1), 2 * step);
+    EXPECT_EQ(read(0), step);
+}
+
+namespace
+{
+
+std::string fleet_error(const std::string &board_fields)
+{
+    std::string error;
+    auto f =
+        parse_fleet(R"({"boards": [{"board": 0, "wwpn": "10:00:06:4b:51:a0:00:10", )" + board_fields + "}]}",
+                    "t.json", error);
+    EXPECT_FALSE(f.has_value());
+    return error;
+}
+
+} // namespace
+
+TEST(SimPort, FleetSection)
+{
+    std::string error;
+    auto f = parse_fleet(R"({"boards": [{"board": 0, "wwpn": "10:00:06:4b:51:a0:00:10", "protocol": "fcoe",
+        "sli_mode": 4, "port": {"fc_map": "0x0efc01", "vlan": 4094, "fcf_fc_map": "0x0efc01",
+        "fcf_vlans": [1, 4094], "fcp_priority": 7, "persist_link_down": 1}}]})",
+                         "t.json", error);
+    ASSERT_TRUE(f.has_value()) << error;
+    const PortSpec &p = f->boards[0].port;
+    EXPECT_EQ(p.fc_map, 0x0EFC01u);
+    EXPECT_TRUE(p.vlan_valid);
+    EXPECT_EQ(p.vlan_id, 4094);
+    EXPECT_EQ(p.fcf_vlans, (std::vector<uint16_t>{1, 4094}));
+    EXPECT_EQ(p.fcp_priority, 7u);
+    EXPECT_EQ(p.persist_link_down, 1);
+
+    const std::string fcoe = R"("protocol": "fcoe", )";
+    EXPECT_EQ(fleet_error(R"("port": {"vlan": 5})"),
+              "t.json: boards[0].port.vlan: FCoE parameters on a Fibre Channel board");
+    EXPECT_EQ(fleet_error(fcoe + R"("port": {"vlan": 0})"),
+              "t.json: boards[0].port.vlan: VLAN 0 is not a VLAN (1..4094)");
+    EXPECT_EQ(fleet_error(fcoe + R"("port": {"fcf_vlans": [1, 4095]})"),
+              "t.json: boards[0].port.fcf_vlans[1]: value 0xfff out of range 0..0xffe");
+    EXPECT_EQ(fleet_error(fcoe + R"("port": {"fc_map": "0x1000000"})"),
+              "t.json: boards[0].port.fc_map: value 0x1000000 out of range 0..0xffffff");
+    EXPECT_EQ(fleet_error(R"("port": {"persist_link_down": 1})"),
+              "t.json: boards[0].port.persist_link_down: link-down persistence on a board without the "
+              "persistLinkEnable feature");
+    EXPECT_EQ(fleet_error(R"("sli_mode": 4, "port": {"persist_link_down": 2})"),
+              "t.json: boards[0].port.persist_link_down: value 0x2 out of range 0..0x1");
+    EXPECT_EQ(fleet_error(R"("port": {"speed": 2})"), "t.json: boards[0].port.speed: unknown field");
+}
