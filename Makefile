@@ -3,6 +3,7 @@
 
 BUILD      ?= build
 ASAN_BUILD ?= build-asan
+TSAN_BUILD ?= build-tsan
 JOBS       ?= $(shell nproc 2>/dev/null || echo 2)
 
 # Debian packages the build and the tests need.
@@ -12,7 +13,7 @@ DEB_PACKAGES := cmake make g++ pkg-config nlohmann-json3-dev libgtest-dev google
 # Every C and C++ source of the project, for the formatting check.
 FORMAT_FILES = $(shell find app sim include tests bench -name '*.c' -o -name '*.cpp' -o -name '*.h' -o -name '*.hpp')
 
-.PHONY: all deps build run test test-asan asan bench clean format format-check
+.PHONY: all deps build run test test-asan asan test-tsan tsan bench clean format format-check
 
 all: build
 
@@ -53,12 +54,26 @@ format:
 test: format-check build
 	ctest --test-dir $(BUILD) --output-on-failure -j$(JOBS)
 	$(MAKE) --no-print-directory test-asan
+	$(MAKE) --no-print-directory test-tsan
 
 test-asan: asan
 	ctest --test-dir $(ASAN_BUILD) --output-on-failure -j$(JOBS)
+
+$(TSAN_BUILD)/CMakeCache.txt:
+	cmake -S . -B $(TSAN_BUILD) -DCMAKE_BUILD_TYPE=Debug -DKVD_TSAN=ON
+
+tsan: deps $(TSAN_BUILD)/CMakeCache.txt
+	cmake --build $(TSAN_BUILD) -j$(JOBS)
+
+# The event thread against the shell: the event, loopback/reset and release
+# tests under ThreadSanitizer.
+TSAN_TESTS := 'cram_events|cram_diag|cram_signals|Release\.|Events\.|EventStress\.|SimEvents\.'
+test-tsan: tsan
+	TSAN_OPTIONS=halt_on_error=1:second_deadlock_stack=1 \
+	ctest --test-dir $(TSAN_BUILD) --output-on-failure -j$(JOBS) -R $(TSAN_TESTS)
 
 bench: build
 	@for b in $(BUILD)/bench/bench_*; do [ -x "$$b" ] && "$$b"; done
 
 clean:
-	rm -rf $(BUILD) $(ASAN_BUILD)
+	rm -rf $(BUILD) $(ASAN_BUILD) $(TSAN_BUILD)

@@ -103,6 +103,14 @@ extern cmdinfo mboxinfo[g_mboxinfo_array_size];
 extern const uint8_t mboxcodes[g_mboxinfo_array_size]; /* command each row issues, 0: none */
 KVD_HANDLER(mbinval);
 
+int32_t kvd_RunPciLoopbackTest(uint32_t board, LOOPBACK *lb);
+
+/* Event callbacks the library calls from its own thread. */
+void link_event(uint32_t board, LINKINFO *info);
+void rscn_event(uint32_t board, void *payload, uint32_t length);
+void vport_rscn_event(uint32_t board, HBA_WWN wwpn, void *payload, uint32_t length);
+void temperature_event(uint32_t board, uint32_t type, uint32_t celsius);
+void ct_event(uint32_t board, uint16_t ct_value, void *payload, uint32_t length, uint32_t tag, void *context);
 /* One FCP READ(10) / WRITE(10) of *datasize bytes at block lba, in a command
  * block built here; 1 without a call when cur_board is not below the board
  * count, else the library's result. */

@@ -40,7 +40,7 @@
     X("fcoesetlist", fcoesetlist, STUB) \
     X("fcoegetfcflist", fcoegetfcflist, STUB) \
     X("getcfg", getcfg, STUB) \
-    X("getevent", getevent, STUB) \
+    X("getevent", getevent, BUILT) \
     X("getfcpconfig", getfcpconfig, STUB) \
     X("getfcppriority", getfcppriority, BUILT) \
     X("getmgmt", getmgmt, BUILT) \
@@ -52,7 +52,7 @@
     X("linkinfo", linkinfo, BUILT) \
     X("listbind", listbind, STUB) \
     X("logging", logging, STUB) \
-    X("loopback", loopback, STUB) \
+    X("loopback", loopback, BUILT) \
     X("tarvo", tarvo, BUILT) \
     X("mbox", mbox, BUILT) \
     X("nodeinfo", nodeInform, STUB) \
@@ -71,10 +71,10 @@
     X("rdhs", rdhs, BUILT) \
     X("rdpci", rdpci, BUILT) \
     X("refresh", refresh, BUILT) \
-    X("revent", regevent, STUB) \
+    X("revent", regevent, BUILT) \
     X("reset", reset, BUILT) \
     X("rffreg", rffreg, BUILT) \
-    X("riocb", riocb, STUB) \
+    X("riocb", riocb, BUILT) \
     X("rnid", rnid, BUILT) \
     X("sdiag", sdiag, BUILT) \
     X("sdump", sdump, BUILT) \
@@ -108,7 +108,7 @@
     X("sli4", sli4, BUILT) \
     X("sli4iov", sli4iov, BUILT) \
     X("slireadstat", slireadstat, BUILT) \
-    X("urevent", uregevent, STUB) \
+    X("urevent", uregevent, BUILT) \
     X("vpdinfo", vpdInfo, STUB) \
     X("vpcreate", vpcreate, STUB) \
     X("vpdelete", vpdelete, STUB) \

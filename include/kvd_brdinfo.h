@@ -11,6 +11,8 @@
 #include <stddef.h>
 #include <stdint.h>
 
+#include "kvd_sli.h"
+
 #ifdef __cplusplus
 #define KVD_STATIC_ASSERT(c, m) static_assert(c, m)
 #else
@@ -81,7 +83,8 @@ KVD_STATIC_ASSERT(offsetof(BRDINFO, a_fwname) == 68, "legacy a_fwname offset");
 /* The shared 64 KiB data buffer and its views. */
 union outdata {
     uint64_t dataout[KVD_DATA_AREA_SIZE / 8];
-    char slim[16384];
+    char slim[KVD_SLIM_IMAGE_SIZE];
+    kvdsli_t sli;
     uint8_t bytes[KVD_DATA_AREA_SIZE];
 };
 

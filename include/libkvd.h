@@ -13,6 +13,7 @@
 
 #include "kvd_attr.h"
 #include "kvd_brdinfo.h"
+#include "kvd_events.h"
 #include "kvd_mbox.h"
 #include "kvd_sli4.h"
 #include "kvd_mgmt.h"

@@ -1,5 +1,6 @@
 // Library environment: opening and closing it, the board table, the version
-// text and the release of event registrations.
+// text and the release of event registrations. Opening starts the event
+// thread; closing stops delivery.
 //
 // libkvd.h comes first and alone under default visibility: its declarations
 // are the only symbols the shared object exports.
@@ -71,6 +72,7 @@ template <class Entry, class Fill> uint32_t open_env(Call &c, Entry *table, uint
 {
     c.lib.load();
     Library::set_open(true);
+    Dispatcher::instance().start(c.lib);
     libkvd_logging_enable = c.lib.fleet().logging_enable;
     uint32_t filled = 0;
     if (table && entries) {
@@ -123,7 +125,9 @@ void KVD_FreeDiagEnv(void)
     // The boards and their firmware stay: the hardware does not go away
     // with the environment, and a later KVD_InitDiagEnv finds it as it was.
     forget_board_table();
+    // Subscriptions end and delivery stops.
     Library::set_open(false);
+    Dispatcher::instance().stop();
     line.result(0).emit();
 }
 
@@ -162,6 +166,8 @@ uint32_t unRegisterForEvent(uint32_t board, uint32_t event_id)
         rc = ENXIO;
     else if (!Library::present(board))
         rc = ENODEV;
+    else if (Dispatcher::instance().unsubscribe(board, event_id) == 0 && event_id != 0)
+        rc = EINVAL; // no such subscription on this board
     line.result(rc).emit();
     return rc;
 }

@@ -166,14 +166,6 @@ uint32_t KVD_IssueDumpMBox(uint32_t board, uint32_t type, uint32_t index, uint32
         });
 }
 
-uint32_t KVD_ResetAdapter(uint32_t board, uint32_t type)
-{
-    return board_call<uint32_t>(
-        "KVD_ResetAdapter", board, kErrnoFamily,
-        [&](TraceLine &t) { t.arg("board", board).arg("type", type); },
-        [&](Call &c, Board &b) { return scalar_request(c, b, kPortResetAdapter, type); });
-}
-
 void kvd_show_mmm(int32_t verbose, void *arg)
 {
     (void)arg;

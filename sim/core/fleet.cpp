@@ -8,6 +8,8 @@
 // coherent adapter.
 #include "core/fleet.hpp"
 #include "core/section.hpp"
+#include "diag/diag.hpp"
+#include "events/events.hpp"
 
 #include <algorithm>
 #include <cctype>
@@ -511,6 +513,8 @@ constexpr BoardReader kBoardReaders[] = {
     [](BoardReading &r) { read_port_section(r.board, r.spec); },
     [](BoardReading &r) { read_scsi_section(r.board, r.spec); },
     [](BoardReading &r) { read_sli4_section(r.board, r.spec); },
+    read_events_section,
+    read_diag_section,
 };
 
 BoardSpec read_board(const Json &j, const std::string &place, const Fleet &fleet)

@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "diag/diag_spec.hpp"
+#include "events/events_spec.hpp"
 #include "asic/asic_spec.hpp"
 #include "port/port_spec.hpp"
 #include "scsi/luns.hpp"
@@ -113,9 +115,11 @@ struct BoardSpec {
     uint32_t max_frame = 2048;
     Wwn fabric_name{};
     std::vector<RemotePort> remote_ports;
-    AsicSpec asic; // the Tarvo ASIC, when `tarvo`
-    PortSpec port; // the "port" section
-    ScsiSpec scsi; // logical units of the FCP targets among the remote ports
+    EventsSpec events; // "events": sensor and scheduled events
+    DiagSpec diag;     // "diag": loopback plug
+    AsicSpec asic;     // the Tarvo ASIC, when `tarvo`
+    PortSpec port;     // the "port" section
+    ScsiSpec scsi;     // logical units of the FCP targets among the remote ports
 };
 
 struct Fleet {

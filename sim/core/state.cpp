@@ -98,6 +98,9 @@ void Library::load()
             }
             if (!cfg.online)
                 b.fw->set_state(BoardState::offline);
+            b.events = std::make_unique<BoardEvents>(cfg.number, cfg.events);
+            b.diag = std::make_unique<Diag>(cfg);
+            b.fw->set_link_hook(&Library::link_changed, &b);
             b.port = std::make_unique<Port>(cfg);
             b.port->power_on(*b.fw);
             b.pci = std::make_unique<PciEngine>(cfg, b.fw->link().event_tag);
@@ -112,6 +115,8 @@ void Library::load()
             b.fw.reset();
             b.pci.reset();
             b.mgmt.reset();
+            b.events.reset();
+            b.diag.reset();
             b.asic.reset();
             b.fabric.reset();
             b.scsi.reset();
@@ -121,6 +126,14 @@ void Library::load()
         mask = 0;
     }
     g_present.store(mask, std::memory_order_release);
+}
+
+// The firmware's link attentions become link events of the board.
+void Library::link_changed(void *context, const LinkStatus &link)
+{
+    Board *b = static_cast<Board *>(context);
+    if (b->events && b->cfg)
+        b->events->link_changed(link, b->cfg->wwpn, b->cfg->wwnn);
 }
 
 Board *Library::board(uint32_t number)

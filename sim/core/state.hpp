@@ -14,11 +14,12 @@
 #include <string>
 
 #include "core/fault.hpp"
+#include "diag/diag.hpp"
+#include "events/events.hpp"
 #include "asic/asic.hpp"
 #include "mailbox/firmware.hpp"
 #include "port/port.hpp"
 #include "fabric/fabric.hpp"
-#include "mailbox/firmware.hpp"
 #include "scsi/target.hpp"
 #include "sli4/sli4_engine.hpp"
 #include "core/fleet.hpp"
@@ -34,14 +35,16 @@ namespace kvdsim
 // its member here and constructing it in Library::load().
 struct Board {
     const BoardSpec *cfg = nullptr;
-    std::unique_ptr<Firmware> fw;      // mailbox firmware: every board
-    std::unique_ptr<Asic> asic;        // Tarvo ASIC: converged boards only
-    std::unique_ptr<Port> port;        // driver port settings: every board
-    std::unique_ptr<Fabric> fabric;    // what the port reaches: every board
-    std::unique_ptr<ScsiTargets> scsi; // the FCP targets among them
-    std::unique_ptr<Sli4Engine> sli4;  // SLI-4 configuration and object store: SLI-4 boards
-    std::unique_ptr<PciEngine> pci;    // configuration space, registers, SLIM: every board
-    std::unique_ptr<MgmtEngine> mgmt;  // RNID management information: every board
+    std::unique_ptr<Firmware> fw;        // mailbox firmware: every board
+    std::unique_ptr<Asic> asic;          // Tarvo ASIC: converged boards only
+    std::unique_ptr<Port> port;          // driver port settings: every board
+    std::unique_ptr<Fabric> fabric;      // what the port reaches: every board
+    std::unique_ptr<ScsiTargets> scsi;   // the FCP targets among them
+    std::unique_ptr<Sli4Engine> sli4;    // SLI-4 configuration and object store: SLI-4 boards
+    std::unique_ptr<PciEngine> pci;      // configuration space, registers, SLIM: every board
+    std::unique_ptr<MgmtEngine> mgmt;    // RNID management information: every board
+    std::unique_ptr<BoardEvents> events; // event log, sensor: every board
+    std::unique_ptr<Diag> diag;          // loopback, rings, resets: every board
 };
 
 class Library
@@ -73,6 +76,7 @@ class Library
 
   private:
     Library() = default;
+    static void link_changed(void *context, const LinkStatus &link);
     bool loaded_ = false;
     Fleet fleet_;
     Board boards_[32];

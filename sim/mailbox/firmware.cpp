@@ -311,6 +311,8 @@ void Firmware::link_up_event()
     }
     errors_.invalid_tx_word += 2;
     errors_.loss_sync += 1;
+    if (link_hook_)
+        link_hook_(link_hook_context_, link_);
 }
 
 // Link goes down: the port sends NOS/OLS and loses synchronisation.
@@ -328,6 +330,16 @@ void Firmware::link_down_event()
     port_.nos++;
     errors_.link_failure++;
     errors_.loss_sync++;
+    if (link_hook_)
+        link_hook_(link_hook_context_, link_);
+}
+
+void Firmware::set_link(bool up)
+{
+    if (up && !link_.up)
+        link_up_event();
+    else if (!up && link_.up)
+        link_down_event();
 }
 
 // INIT_LINK topology bits against what is at the other end of the cable:
@@ -995,8 +1007,13 @@ uint16_t Firmware::biu_loopback(MailboxCommand &cmd)
     if (xmit_size > rcv_size || xmit_size > kMaxLoopbackBytes)
         return MBXERR_BAD_RCV_LENGTH;
     std::vector<uint8_t> data(xmit_size);
-    if (!mem.read(bde64_address(in.xmit_bde64), data.data(), data.size()) ||
-        !mem.write(bde64_address(in.rcv_bde64), data.data(), data.size()))
+    if (!mem.read(bde64_address(in.xmit_bde64), data.data(), data.size()))
+        return MBXERR_DMA_ERROR;
+    // The loopback echo rule ("loop:ECHO=N") flips byte N on the way back.
+    if (auto hit = library_faults().match_command("loop", 1, "ECHO", static_cast<int32_t>(cfg_.number));
+        hit && !data.empty())
+        data[static_cast<uint64_t>(hit->result) % data.size()] ^= 0xFF;
+    if (!mem.write(bde64_address(in.rcv_bde64), data.data(), data.size()))
         return MBXERR_DMA_ERROR;
     return MBXERR_OK;
 }

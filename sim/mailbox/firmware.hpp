@@ -101,6 +101,17 @@ class Firmware
     // the link stays down (a driver that holds it down).
     void restart(bool bring_up = true);
 
+    // A link change from outside the mailbox (reset, loopback, a test's
+    // trigger): the same attentions DOWN_LINK and INIT_LINK raise.
+    void set_link(bool up);
+    // Told of every link attention, after the link state changed.
+    using LinkHook = void (*)(void *context, const LinkStatus &link);
+    void set_link_hook(LinkHook hook, void *context)
+    {
+        link_hook_ = hook;
+        link_hook_context_ = context;
+    }
+
     const BoardSpec &cfg() const
     {
         return cfg_;
@@ -218,6 +229,8 @@ class Firmware
     std::vector<Login> logins_;
     uint32_t trace_mask_ = 0, trace_ring_ = 0;
     uint32_t debug_addr_ = 0, debug_value_ = 0;
+    LinkHook link_hook_ = nullptr;
+    void *link_hook_context_ = nullptr;
     Sli4Engine *sli4_ = nullptr;
 };
 

@@ -3,6 +3,8 @@
 #include "libkvd.h"
 #include "kvd_mgmt.h"
 #include "kvd_regs.h"
+#include "kvd_events.h"
+#include "kvd_sli.h"
 #include "kvd_port.h"
 
 int kvd_headers_c11_probe(MAILBOX *sli4);

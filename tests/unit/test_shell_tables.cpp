@@ -8,6 +8,7 @@
 #include <string>
 
 #include "kvd.h"
+#include "diag/diag.hpp"
 #include "asic/asic.hpp"
 #include "kvd_sli4cmds.h"
 #include "mailbox/firmware.hpp"
@@ -69,6 +70,16 @@ TEST(Tables, ShellWordsAreUnique)
 TEST(Tables, EngineCodesAndNamesAreUnique)
 {
     expect_unique_codes(Firmware::commands(), "mailbox");
+    expect_unique_codes(kvdsim::Diag::resets(), "reset");
+}
+
+// The reset command's three types are the reset engine's rows.
+TEST(Tables, EveryResetTypeHasARow)
+{
+    std::set<uint32_t> codes;
+    for (const RowInfo &r : kvdsim::Diag::resets())
+        codes.insert(r.code);
+    EXPECT_EQ(codes, (std::set<uint32_t>{KVD_RESET_SELECTIVE, KVD_RESET_COORDINATED, KVD_RESET_FIRMWARE}));
     expect_unique_codes(Asic::commands(), "asic");
     expect_unique_codes(Port::commands(), "port");
     expect_unique_codes(Sli4Engine::commands(), "sli4");
