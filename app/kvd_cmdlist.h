@@ -51,7 +51,7 @@
     X("issuedumpmbox", issuedumpmbox, BUILT) \
     X("linkinfo", linkinfo, BUILT) \
     X("listbind", listbind, STUB) \
-    X("logging", logging, STUB) \
+    X("logging", logging, BUILT) \
     X("loopback", loopback, BUILT) \
     X("tarvo", tarvo, BUILT) \
     X("mbox", mbox, BUILT) \

@@ -5,7 +5,8 @@
  *   X(word, handler, code)
  *
  * code is the mailbox command the row issues, 0 for a row that issues none
- * (row 0, and the rows that answer "Not Implemented"). A test checks every
+ * (row 0, the rows that answer "Not Implemented", and the region rows,
+ * which go through the library's region calls). A test checks every
  * code against the commands the firmware model serves.
  */
 #ifndef KVD_MBOXLIST_H
@@ -34,12 +35,12 @@
     X("rdrev", rdrev, MBX_READ_REV) \
     X("rdrev2", rdrev2, MBX_READ_REV) \
     X("rdlnkstat", rdlnkstat, MBX_READ_LNK_STAT) \
-    X("readportcap", readportcap, 0) \
+    X("readportcap", readportcap, MBX_READ_PORT_CAP) \
     X("reglogin", reglogin, 0) \
     X("ureglogin", ureglogin, MBX_UNREG_LOGIN) \
     X("rdla", rdla, MBX_READ_LA) \
     X("clrla", clrla, MBX_CLEAR_LA) \
-    X("dmpmem", dmpmem, 0) \
+    X("dmpmem", dmpmem, MBX_DUMP_MEMORY) \
     X("dmpmem_ext", dmpmem_ext, 0) \
     X("dmpmem3_ext", dmpmem3_ext, 0) \
     X("udtcfg_ext", udtcfg_ext, 0) \
@@ -47,12 +48,12 @@
     X("udtcfg3_ext", udtcfg3_ext, 0) \
     X("dmpctx", dmpctx, 0) \
     X("rundiag", rundiag, 0) \
-    X("rdevtlog", rdevtlog, 0) \
-    X("wrevtlog", wrevtlog, 0) \
+    X("rdevtlog", rdevtlog, MBX_READ_EVENT_LOG) \
+    X("wrevtlog", wrevtlog, MBX_WRITE_EVENT_LOG) \
     X("restart", kvd_restart, MBX_RESTART) \
     X("setmask", setmask, MBX_SET_MASK) \
     X("setdebug", setdebug, MBX_SET_DEBUG) \
-    X("setvar", setvar, 0)
+    X("setvar", setvar, MBX_SET_VARIABLE)
 // clang-format on
 
 #endif

@@ -11,6 +11,7 @@
 #include <string.h>
 
 #include "kvd_cmds.h"
+#include "kvd_mbox_regions.h"
 
 #define KVD_MBOX_WORDS_IN 32
 #define KVD_MBOX_WORDS_OUT 64
@@ -82,16 +83,6 @@ KVD_MBOX_NOT_IMPLEMENTED(writenv)
 KVD_MBOX_NOT_IMPLEMENTED(reglogin)
 KVD_MBOX_NOT_IMPLEMENTED(dmpctx)
 KVD_MBOX_NOT_IMPLEMENTED(rundiag)
-KVD_MBOX_NOT_IMPLEMENTED(readportcap)
-KVD_MBOX_NOT_IMPLEMENTED(dmpmem)
-KVD_MBOX_NOT_IMPLEMENTED(dmpmem_ext)
-KVD_MBOX_NOT_IMPLEMENTED(dmpmem3_ext)
-KVD_MBOX_NOT_IMPLEMENTED(udtcfg_ext)
-KVD_MBOX_NOT_IMPLEMENTED(udtcfg2_ext)
-KVD_MBOX_NOT_IMPLEMENTED(udtcfg3_ext)
-KVD_MBOX_NOT_IMPLEMENTED(rdevtlog)
-KVD_MBOX_NOT_IMPLEMENTED(wrevtlog)
-KVD_MBOX_NOT_IMPLEMENTED(setvar)
 
 // LOAD_SM and RUN_BIU_DIAG: the record is prepared but never issued.
 static KVD_HANDLER(loadsm)
@@ -394,6 +385,92 @@ static KVD_HANDLER(setdebug)
     mb->un.varWords[1] = (uint32_t)getint("addr");
     mb->un.varWords[2] = (uint32_t)getint("value");
     return kvd_mbox_simple(arg, MBX_SET_DEBUG);
+}
+
+// Port capabilities come back through the V2 call over the whole record.
+static KVD_HANDLER(readportcap)
+{
+    MAILBOX *mb = static_cast<MAILBOX *>(arg);
+    PORT_CAP_VAR cap;
+
+    (void)row;
+    mb->mbxCommand = MBX_READ_PORT_CAP;
+    if (!kvd_mbox_issue(mb, 1))
+        return 0;
+    memcpy(&cap, mb, sizeof(cap));
+    printf("port type         %s\n", cap.port_type == 0 ? "FC" : cap.port_type == 1 ? "FCoE" : "unknown");
+    printf("media             %s\n", cap.media == 0   ? "none"
+                                     : cap.media == 1 ? "optical SFP"
+                                     : cap.media == 2 ? "copper"
+                                                      : "unknown");
+    printf("speeds supported  x%08x\n", cap.speeds_supported);
+    printf("speeds configured x%08x\n", cap.speeds_configured);
+    printf("max frame size    %u\n", cap.max_frame_size);
+    printf("bb credit         %u\n", cap.bb_credit);
+    return 1;
+}
+
+// The event log: its status first, then each entry it holds, oldest first,
+// one mailbox per entry, paged by num_lines entries.
+static KVD_HANDLER(rdevtlog)
+{
+    MAILBOX *mb = static_cast<MAILBOX *>(arg);
+    uint32_t held;
+
+    (void)row;
+    if (!kvd_mbox_simple(arg, MBX_READ_EVENT_LOG_STATUS))
+        return 0;
+    if (mb->mbxStatus != 0)
+        return 1;
+    held = mb->un.varWords[0];
+    printf("entries %u of %u  next sequence %u  lost %u\n", held, mb->un.varWords[1], mb->un.varWords[2],
+           mb->un.varWords[3]);
+    for (uint32_t i = 0; i < held; i++) {
+        memset(mb, 0, sizeof(*mb));
+        mb->mbxCommand = MBX_READ_EVENT_LOG;
+        mb->un.varWords[0] = i;
+        mb->mbxOwner = 0;
+        if (kvd_IssueMbox((uint32_t)cur_board, mb, KVD_MBOX_WORDS_IN, KVD_MBOX_WORDS_OUT) != 0 ||
+            mb->mbxStatus != 0) {
+            printf("entry %u: Status: 0x%x\n", i, mb->mbxStatus);
+            break;
+        }
+        printf("%4u: seq %u  code x%08x  data x%08x\n", i, mb->un.varWords[1], mb->un.varWords[2],
+               mb->un.varWords[3]);
+        if (kvd_page_break((int)i))
+            break;
+    }
+    return 1;
+}
+
+static KVD_HANDLER(wrevtlog)
+{
+    MAILBOX *mb = static_cast<MAILBOX *>(arg);
+
+    (void)row;
+    mb->un.varWords[0] = getxint("event code");
+    mb->un.varWords[1] = getxint("event data");
+    if (!kvd_mbox_simple(arg, MBX_WRITE_EVENT_LOG))
+        return 0;
+    if (mb->mbxStatus == 0)
+        printf("sequence %u\n", mb->un.varWords[2]);
+    return 1;
+}
+
+// A firmware variable: the reply holds the value it replaced.
+static KVD_HANDLER(setvar)
+{
+    MAILBOX *mb = static_cast<MAILBOX *>(arg);
+
+    (void)row;
+    mb->un.varWords[0] = (uint32_t)getint("variable");
+    mb->un.varWords[1] = getxint("value");
+    if (!kvd_mbox_simple(arg, MBX_SET_VARIABLE))
+        return 0;
+    if (mb->mbxStatus == 0)
+        printf("variable %u: was x%08x now x%08x\n", mb->un.varWords[0], mb->un.varWords[2],
+               mb->un.varWords[1]);
+    return 1;
 }
 
 // Row 0 is the fallback for an unknown word and is never matched by name.

@@ -471,6 +471,12 @@ typedef struct {
     uint32_t words[8];
 } DUMP_VAR;
 
+/* DUMP_MEMORY of adapter memory: words[0] the dump type, words[1] the byte
+ * offset (4-aligned), words[2] the words wanted; the reply gives the words
+ * returned in words[3] and the data behind the 256-byte record (the reply
+ * words past 64 of the plain call, or the V2 call's payload). */
+#define MBX_DUMP_TYPE_MEMORY 1
+
 typedef struct {
     uint32_t words[5];
 } DEL_LD_ENTRY_VAR;

@@ -109,6 +109,22 @@ uint32_t KVD_GetDriverDumpRegion(uint32_t board, uint32_t region, uint8_t *buffe
 uint32_t getRegionData(uint32_t board, uint32_t type, uint32_t region, uint32_t offset, uint8_t *buffer,
                        uint32_t *size, uint16_t *mbx_status, uint32_t flags);
 
+/* Writes `size` bytes from `buffer` at byte `offset` of a configuration
+ * region; the range must lie inside the region (a region never grows).
+ * The written bytes read back through getRegionData and survive resets. */
+uint32_t setRegionData(uint32_t board, uint32_t type, uint32_t region, uint32_t offset, uint8_t *buffer,
+                       uint32_t size, uint16_t *mbx_status, uint32_t flags);
+
+/* Configuration update through the firmware's update mailbox, in whole
+ * words: KVD_UPDATE_CFG_WRITE writes `length` bytes (a multiple of 4, at
+ * most KVD_REGION_MAX) from `buffer` at the 4-aligned `offset`;
+ * KVD_UPDATE_CFG_RESTORE returns the region to the contents the adapter
+ * was built with (offset, buffer and length unused). */
+#define KVD_UPDATE_CFG_WRITE 0
+#define KVD_UPDATE_CFG_RESTORE 1
+uint32_t KVD_IssueUpdateCfgMBox(uint32_t board, uint32_t request, uint32_t region, uint32_t offset,
+                                uint8_t *buffer, uint32_t length, uint16_t *mbx_status);
+
 #ifdef __cplusplus
 }
 #endif

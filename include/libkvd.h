@@ -22,6 +22,7 @@
 #include "kvd_port.h"
 #include "kvd_passthru.h"
 #include "kvd_scsi.h"
+#include "kvd_logging.h"
 
 #ifdef __cplusplus
 extern "C" {

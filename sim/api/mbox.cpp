@@ -2,8 +2,10 @@
 // which completes it in place.
 //
 // Checks, in order: environment open (ENXIO), board present (ENODEV),
-// record present (EFAULT), word counts (EINVAL). The plain call moves at
-// most 64 words each way. The V2 call may carry a payload after the
+// record present (EFAULT), word counts (EINVAL). The plain call takes at
+// most 64 words in and gives back at most 128: the words past the 256-byte
+// record are the reply data of the commands that return more than the
+// record holds (the memory dump), written behind the record. The V2 call may carry a payload after the
 // 256-byte record (up to 16384 further words): the record reaches the
 // firmware and the payload goes with it as a bounded span, for the
 // commands that carry data behind the record.
@@ -22,6 +24,7 @@ namespace
 {
 
 constexpr uint32_t kPayloadWordsMax = 16384;
+constexpr uint32_t kPlainWordsOutMax = 2 * MAILBOX_WORDS;
 
 // Runs the command on a private copy of the record, so that the firmware
 // can touch neither more of the caller's memory than the counts allow nor
@@ -32,6 +35,12 @@ int32_t issue(Call &c, Board &b, MAILBOX *mb, bool counts_ok, uint32_t words_in,
 {
     if (!counts_ok)
         return EINVAL;
+    // Reply words past the record (plain call) travel as the payload.
+    const bool reply_tail = words_out > MAILBOX_WORDS;
+    if (reply_tail) {
+        total_words = words_out;
+        words_out = MAILBOX_WORDS;
+    }
     uint8_t record[MAILBOX_SIZE] = {};
     const uint32_t words_copy = words_in > words_out ? words_in : words_out;
     memcpy(record, mb, words_copy * 4);
@@ -61,8 +70,8 @@ int32_t issue(Call &c, Board &b, MAILBOX *mb, bool counts_ok, uint32_t words_in,
         c.line.tag("command", note.name);
     if (note.rule)
         c.line.injected(note.rule);
-    c.line.bytes("in", received, (total_words > MAILBOX_WORDS ? MAILBOX_WORDS : words_in) * 4);
-    if (payload_len)
+    c.line.bytes("in", received, (total_words > MAILBOX_WORDS && !reply_tail ? MAILBOX_WORDS : words_in) * 4);
+    if (payload_len && !reply_tail)
         c.line.more(payload, payload_len);
     c.line.bytes("out", mb, (total_words > MAILBOX_WORDS ? MAILBOX_WORDS : words_out) * 4);
     if (payload_len)
@@ -86,7 +95,8 @@ int32_t KVD_IssueMboxWithRetry(uint32_t board, MAILBOX *mb, uint32_t words_in, u
                 .arg("delay", delay);
         },
         [&](Call &c, Board &b) {
-            const bool counts_ok = words_in >= 1 && words_in <= MAILBOX_WORDS && words_out <= MAILBOX_WORDS;
+            const bool counts_ok =
+                words_in >= 1 && words_in <= MAILBOX_WORDS && words_out <= kPlainWordsOutMax;
             return issue(c, b, mb, counts_ok, words_in, words_out, retries, words_in);
         });
 }

@@ -318,7 +318,7 @@ uint32_t getRegionData(uint32_t board, uint32_t type, uint32_t region, uint32_t 
                 c.line.injected(hit->rule);
                 return EIO;
             }
-            auto data = config_region(*b.cfg, b.pci->config(), region);
+            auto data = b.pci->region(*b.cfg, region);
             if (!data)
                 return refuse(MBXERR_ERROR, ENOENT);
             if (offset > data->size())

@@ -104,6 +104,7 @@ void Library::load()
             b.port = std::make_unique<Port>(cfg);
             b.port->power_on(*b.fw);
             b.pci = std::make_unique<PciEngine>(cfg, b.fw->link().event_tag);
+            b.fw->attach_memory(b.pci.get());
             b.mgmt = std::make_unique<MgmtEngine>(cfg, b.fw->link().event_tag);
             mask |= 1u << cfg.number;
         }

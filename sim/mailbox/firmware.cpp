@@ -144,6 +144,7 @@ void Firmware::reset_defaults()
 {
     timers_ = LinkTimers{};
     rings_ = {};
+    variables_ = {};
     trace_mask_ = trace_ring_ = 0;
     debug_addr_ = debug_value_ = 0;
     port_ = PortCounters{};
@@ -279,6 +280,7 @@ uint8_t la_topology(const BoardSpec &s)
 void Firmware::link_up_event()
 {
     bump_event_tag();
+    log_event(kEventLinkUp, link_.event_tag);
     link_.up = true;
     link_.up_count++;
     link_.state = LNK_READY;
@@ -319,6 +321,7 @@ void Firmware::link_up_event()
 void Firmware::link_down_event()
 {
     bump_event_tag();
+    log_event(kEventLinkDown, link_.event_tag);
     link_.up = false;
     link_.down_count++;
     link_.state = LNK_DOWN;
@@ -473,8 +476,8 @@ int32_t Firmware::issue(uint8_t *record, uint32_t words_in, uint32_t words_out, 
     return rc;
 }
 
-// The firmware's commands. Download, NVRAM write, diagnostics, dump and
-// event-log commands are not offered by this firmware: their codes, like
+// The firmware's commands. Download, NVRAM write and diagnostics commands
+// are not offered by this firmware: their codes, like
 // any other unknown code, complete with MBXERR_UNKNOWN_CMD, and so does a
 // command at an SLI level that does not have it.
 //
@@ -503,6 +506,11 @@ struct MailboxCommands {
         {MBX_CLEAR_LA, "CLEAR_LA", kSliAll, 2, 1, &Firmware::clear_la},
         {MBX_RESTART, "RESTART", kSliAll, 1, 1, &Firmware::restart_command},
         {MBX_SET_MASK, "SET_MASK", kSliAll, 5, 1, &Firmware::set_mask},
+        {MBX_DUMP_MEMORY, "DUMP_MEMORY", kSliAll, 4, 5, &Firmware::dump_memory},
+        {MBX_SET_VARIABLE, "SET_VARIABLE", kSliAll, 3, 4, &Firmware::set_variable},
+        {MBX_READ_EVENT_LOG_STATUS, "READ_EVENT_LOG_STATUS", kSliAll, 1, 5, &Firmware::read_event_log_status},
+        {MBX_READ_EVENT_LOG, "READ_EVENT_LOG", kSliAll, 2, 5, &Firmware::read_event_log},
+        {MBX_WRITE_EVENT_LOG, "WRITE_EVENT_LOG", kSliAll, 3, 4, &Firmware::write_event_log},
         {MBX_READ_PORT_CAP, "READ_PORT_CAP", kSliAll, 1, 1, &Firmware::read_port_cap},
         {MBX_RUN_BIU_DIAG64, "RUN_BIU_DIAG64", kSliAll, 7, 1, &Firmware::biu_loopback},
         {MBX_READ_SPARM64, "READ_SPARM64", kSliAll, 4, 1, &Firmware::read_sparm64},

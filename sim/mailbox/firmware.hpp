@@ -47,6 +47,7 @@ enum class BoardState { ready, offline, resetting };
 
 class Firmware;
 class Sli4Engine;
+class PciEngine;
 
 // One mailbox command as a handler sees it: the record (a private copy,
 // words not handed over read as zero), host memory for the buffer
@@ -124,6 +125,12 @@ class Firmware
         sli4_ = engine;
     }
 
+    // DUMP_MEMORY reads the board's adapter memory (none: every dump fails).
+    void attach_memory(PciEngine *pci)
+    {
+        pci_ = pci;
+    }
+
     // Link timers as CONFIG_LINK stores them (milliseconds).
     struct LinkTimers {
         uint32_t edtov = 2000, arbtov = 1000, ratov = 10000, rttov = 100;
@@ -198,10 +205,17 @@ class Firmware
     uint16_t set_mask(MailboxCommand &cmd);
     uint16_t set_debug(MailboxCommand &cmd);
     uint16_t read_port_cap(MailboxCommand &cmd);
+    // Firmware variables and the event log (eventlog.cpp).
+    uint16_t set_variable(MailboxCommand &cmd);
+    uint16_t dump_memory(MailboxCommand &cmd);
+    uint16_t read_event_log_status(MailboxCommand &cmd);
+    uint16_t read_event_log(MailboxCommand &cmd);
+    uint16_t write_event_log(MailboxCommand &cmd);
     uint16_t biu_loopback(MailboxCommand &cmd);
     uint16_t sli4_config(MailboxCommand &cmd);
 
     uint32_t ring_count() const;
+    void log_event(uint32_t code, uint32_t data);
     bool topology_allows(uint16_t link_flags) const;
     void link_up_event();
     void link_down_event();
@@ -231,7 +245,28 @@ class Firmware
     uint32_t debug_addr_ = 0, debug_value_ = 0;
     LinkHook link_hook_ = nullptr;
     void *link_hook_context_ = nullptr;
+
+  public:
+    // The firmware's event log: a ring of the latest entries, each with the
+    // sequence number it was given. Link events and WRITE_EVENT_LOG add to
+    // it; a firmware restart keeps it (it lives in adapter memory that the
+    // restart does not clear).
+    struct EventEntry {
+        uint32_t sequence = 0, code = 0, data = 0;
+    };
+    static constexpr uint32_t kEventLogEntries = 32;
+    static constexpr uint32_t kVariables = 16;
+    // Event codes the firmware itself logs.
+    static constexpr uint32_t kEventLinkUp = 1, kEventLinkDown = 2;
+
+  private:
+    std::array<EventEntry, kEventLogEntries> events_{};
+    uint32_t event_count_ = 0; // entries held, at most kEventLogEntries
+    uint32_t event_next_ = 1;  // sequence number of the next entry
+    uint32_t event_lost_ = 0;  // entries overwritten by newer ones
+    std::array<uint32_t, kVariables> variables_{};
     Sli4Engine *sli4_ = nullptr;
+    PciEngine *pci_ = nullptr;
 };
 
 } // namespace kvdsim

@@ -9,6 +9,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <vector>
 
@@ -60,6 +61,14 @@ class PciEngine
     bool write_mem(uint32_t offset, const uint8_t *src, uint32_t count);
     bool read_mem(uint32_t offset, uint8_t *dst, uint32_t count) const;
 
+    // Configuration regions as the flash holds them (region_store.cpp): a
+    // region never written is built from the board as it stands; a written
+    // one keeps its bytes until restored. Writes stay inside the region.
+    std::optional<std::vector<uint8_t>> region(const BoardSpec &cfg, uint32_t region) const;
+    bool write_region(const BoardSpec &cfg, uint32_t region, uint32_t offset, const uint8_t *src,
+                      uint32_t count);
+    bool restore_region(const BoardSpec &cfg, uint32_t region);
+
     // The firmware completed the mailbox the host posted.
     void mailbox_done();
 
@@ -98,6 +107,7 @@ class PciEngine
     std::vector<uint32_t> ctl_;
     std::vector<uint8_t> slim_;
     std::optional<DumpHeader> dump_;
+    std::map<uint32_t, std::vector<uint8_t>> written_regions_;
     uint32_t dump_count_ = 0;
 };
 

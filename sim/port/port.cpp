@@ -347,6 +347,8 @@ struct PortCommands {
         {kPortDumpRegion, "DUMP_REGION", kSliAll, 0, 0, &Port::dump_region},
         {kPortQosLinkSpeed, "QOS_LINK_SPEED", kSliAll, 0, sizeof(uint16_t), &Port::qos_link_speed},
         {kPortResetAdapter, "RESET_ADAPTER", kSliAll, 0, 0, &Port::reset_adapter},
+        {kPortGetLogMask, "GET_LOG_MASK", kSliAll, 0, sizeof(uint32_t), &Port::get_log_mask},
+        {kPortSetLogMask, "SET_LOG_MASK", kSliAll, 0, 0, &Port::set_log_mask},
     };
 };
 static_assert(unique_codes(PortCommands::table), "two port requests share a code");

@@ -28,6 +28,8 @@ enum PortCode : uint32_t {
     kPortDumpRegion = 0x46,
     kPortQosLinkSpeed = 0x47,
     kPortResetAdapter = 0x48,
+    kPortGetLogMask = 0x49,
+    kPortSetLogMask = 0x4A,
 };
 
 // Configuration regions the dump mailbox reads.
@@ -92,6 +94,8 @@ class Port
     int32_t dump_region(PortCommand &cmd);
     int32_t qos_link_speed(PortCommand &cmd);
     int32_t reset_adapter(PortCommand &cmd);
+    int32_t get_log_mask(PortCommand &cmd);
+    int32_t set_log_mask(PortCommand &cmd);
 
     bool fcoe() const;
     bool fcf_answers() const;
@@ -104,6 +108,7 @@ class Port
     uint16_t vlan_id_;
     uint32_t fcp_priority_;
     uint16_t persist_;
+    uint32_t log_mask_ = 0; // the driver's logging mask (KVD_DRVLOG_*)
 };
 
 } // namespace kvdsim

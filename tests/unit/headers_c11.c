@@ -6,6 +6,7 @@
 #include "kvd_events.h"
 #include "kvd_sli.h"
 #include "kvd_port.h"
+#include "kvd_logging.h"
 
 int kvd_headers_c11_probe(MAILBOX *sli4);
 int kvd_headers_c11_probe(MAILBOX *sli4)
@@ -26,5 +27,6 @@ int kvd_headers_c11_probe(MAILBOX *sli4)
     return (int)sizeof(KVD_BRDINFO) + mb.mbxCommand + (int)cmd.code + (int)sizeof(tarvo_rsp_t) + fp.version +
            fcp.fcpCdb[0] + ct.revision + (int)dest.addrType + (int)sizeof(FCP_RSP) + (int)sizeof(SCSI_SENSE) +
            (int)sizeof(gorvik_common_read_object_cmd) +
-           IssueInternalMboxWithRetryEx(0, sli4, 0, 0, 0, 0, 1, 100) + kvd_get_board_sli4_if_type(0);
+           IssueInternalMboxWithRetryEx(0, sli4, 0, 0, 0, 0, 1, 100) + kvd_get_board_sli4_if_type(0) +
+           (int)KVD_SetDriverLogMask(0, KVD_DRVLOG_ALL);
 }

@@ -21,19 +21,23 @@ struct Library : testing::Test {
 
 } // namespace
 
-TEST_F(Library, PlainMailboxMovesOneToSixtyFourWords)
+TEST_F(Library, PlainMailboxTakesSixtyFourWordsAndGivesBackUpToOneHundredTwentyEight)
 {
+    static uint32_t words[2 * MAILBOX_WORDS];
+    auto *rec = reinterpret_cast<MAILBOX *>(words);
     MAILBOX mb;
     auto issue = [&](uint32_t in, uint32_t out) {
         memset(&mb, 0, sizeof mb);
         mb.mbxCommand = MBX_READ_NV;
-        return KVD_IssueMboxWithRetry(0, &mb, in, out, 1, 0);
+        memcpy(words, &mb, sizeof mb);
+        return KVD_IssueMboxWithRetry(0, rec, in, out, 1, 0);
     };
     EXPECT_EQ(issue(0, 64), EINVAL);
     EXPECT_EQ(issue(1, 64), KVD_RC_OK);
     EXPECT_EQ(issue(64, 64), KVD_RC_OK);
     EXPECT_EQ(issue(65, 64), EINVAL);
-    EXPECT_EQ(issue(32, 65), EINVAL);
+    EXPECT_EQ(issue(32, 2 * MAILBOX_WORDS), KVD_RC_OK); // reply data behind the record
+    EXPECT_EQ(issue(32, 2 * MAILBOX_WORDS + 1), EINVAL);
     EXPECT_EQ(issue(32, 0), EINVAL) << "READ_NV's reply needs its status word";
 }
 

@@ -10,6 +10,7 @@
 
 #include "core/fault.hpp"
 #include "mailbox/firmware.hpp"
+#include "pci/pci_engine.hpp"
 #include "kvd_attr.h"
 #include "libkvd.h"
 
@@ -460,4 +461,88 @@ TEST(SimHostMemory, RangeEndsExactlyAtTheMapping)
     EXPECT_FALSE(pm.write(a + page - 3, local, 4)); // one byte past
     EXPECT_FALSE(pm.read(a + page - 3, local, 4));
     munmap(p, page);
+}
+
+TEST(SimFirmwareLimits, SixteenVariablesAndTheValueTheyReplace)
+{
+    Box b(make_board());
+    MAILBOX sv = b.cmd(MBX_SET_VARIABLE);
+    sv.un.varWords[0] = Firmware::kVariables - 1;
+    sv.un.varWords[1] = 0xabcd;
+    EXPECT_EQ(b.run(sv).mbxStatus, MBXERR_OK);
+    sv.un.varWords[1] = 7;
+    MAILBOX back = b.run(sv);
+    EXPECT_EQ(back.un.varWords[2], 0xabcdu); // the value it replaced
+    sv.un.varWords[0] = Firmware::kVariables;
+    EXPECT_EQ(b.run(sv).mbxStatus, MBXERR_ERROR);
+    b.fw.restart(); // stored values return to their defaults
+    sv.un.varWords[0] = Firmware::kVariables - 1;
+    EXPECT_EQ(b.run(sv).un.varWords[2], 0u);
+}
+
+TEST(SimFirmwareLimits, EventLogKeepsTheLatestEntries)
+{
+    Box b(make_board());
+    auto status = [&] { return b.run(b.cmd(MBX_READ_EVENT_LOG_STATUS)); };
+    auto entry = [&](uint32_t i) {
+        MAILBOX mb = b.cmd(MBX_READ_EVENT_LOG);
+        mb.un.varWords[0] = i;
+        return b.run(mb);
+    };
+    // Power-on link up is the first entry.
+    MAILBOX st = status();
+    ASSERT_EQ(st.un.varWords[0], 1u);
+    EXPECT_EQ(entry(0).un.varWords[2], Firmware::kEventLinkUp);
+    EXPECT_EQ(entry(1).mbxStatus, MBXERR_ERROR); // past the entries held
+
+    MAILBOX wr = b.cmd(MBX_WRITE_EVENT_LOG);
+    for (uint32_t i = 1; i < Firmware::kEventLogEntries; ++i) {
+        wr.un.varWords[0] = 0x100 + i;
+        wr.un.varWords[1] = i;
+        EXPECT_EQ(b.run(wr).un.varWords[2], i + 1); // its sequence number
+    }
+    st = status();
+    EXPECT_EQ(st.un.varWords[0], Firmware::kEventLogEntries); // full, none lost
+    EXPECT_EQ(st.un.varWords[3], 0u);
+    wr.un.varWords[0] = 0x200;
+    b.run(wr); // one past: the oldest gives way
+    st = status();
+    EXPECT_EQ(st.un.varWords[0], Firmware::kEventLogEntries);
+    EXPECT_EQ(st.un.varWords[2], Firmware::kEventLogEntries + 2);
+    EXPECT_EQ(st.un.varWords[3], 1u);
+    EXPECT_EQ(entry(0).un.varWords[1], 2u);
+    EXPECT_EQ(entry(Firmware::kEventLogEntries - 1).un.varWords[2], 0x200u);
+    EXPECT_EQ(entry(Firmware::kEventLogEntries).mbxStatus, MBXERR_ERROR);
+}
+
+TEST(SimFirmwareLimits, DumpMemoryFillsTheRoomBehindTheRecordAndStaysInSlim)
+{
+    const BoardSpec cfg = make_board();
+    Box b(cfg);
+    MAILBOX mb = b.cmd(MBX_DUMP_MEMORY);
+    mb.un.varDmp.words[0] = MBX_DUMP_TYPE_MEMORY;
+    mb.un.varDmp.words[2] = 10;
+    std::array<uint8_t, 32> room{}; // eight words
+    auto dump = [&](MAILBOX m) {
+        EXPECT_EQ(b.fw.issue(reinterpret_cast<uint8_t *>(&m), 32, 64, 5, b.mem, room), KVD_RC_OK);
+        return m;
+    };
+    EXPECT_EQ(dump(mb).mbxStatus, MBXERR_ERROR); // no adapter memory attached
+
+    PciEngine pci(cfg, 0);
+    const uint8_t pattern[4] = {0xde, 0xad, 0xbe, 0xef};
+    ASSERT_TRUE(pci.write_mem(kSlimSize - 4, pattern, 4));
+    b.fw.attach_memory(&pci);
+    MAILBOX r = dump(mb);
+    EXPECT_EQ(r.mbxStatus, MBXERR_OK);
+    EXPECT_EQ(r.un.varDmp.words[3], 8u); // what the room holds, not the ten asked
+    mb.un.varDmp.words[1] = kSlimSize - 4;
+    mb.un.varDmp.words[2] = 1; // the last word of adapter memory
+    r = dump(mb);
+    EXPECT_EQ(r.mbxStatus, MBXERR_OK);
+    EXPECT_EQ(0, std::memcmp(room.data(), pattern, 4));
+    mb.un.varDmp.words[2] = 2; // one past
+    EXPECT_EQ(dump(mb).mbxStatus, MBXERR_DMA_ERROR);
+    mb.un.varDmp.words[1] = 2; // not word-aligned
+    EXPECT_EQ(dump(mb).mbxStatus, MBXERR_ERROR);
 }

@@ -2,6 +2,7 @@
 // adapter memory, forced dumps and configuration regions.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
 
 #include "kvd_regs.h"
@@ -295,4 +296,24 @@ TEST(ConfigRegions, EveryRowBuildsWithinTheLimit)
         EXPECT_GE(d->size(), row->min_out) << r.name;
         EXPECT_LE(d->size(), size_t{KVD_REGION_MAX}) << r.name;
     }
+}
+
+TEST(ConfigRegions, WritesStayInsideTheRegionAndReadBackUntilRestored)
+{
+    const BoardSpec fc3 = board(3);
+    PciEngine e(fc3, 0);
+    const auto before = *e.region(fc3, 0); // 60 bytes
+    const uint8_t four[4] = {1, 2, 3, 4};
+    EXPECT_TRUE(e.write_region(fc3, 0, 56, four, 4));  // ends at the last byte
+    EXPECT_FALSE(e.write_region(fc3, 0, 57, four, 4)); // one past
+    EXPECT_FALSE(e.write_region(fc3, 0, 61, four, 0));
+    EXPECT_FALSE(e.write_region(fc3, 22, 0, four, 4)); // not on this board
+    auto after = *e.region(fc3, 0);
+    ASSERT_EQ(after.size(), before.size());
+    EXPECT_EQ(after[56], 1);
+    EXPECT_EQ(after[59], 4);
+    EXPECT_TRUE(std::equal(before.begin(), before.begin() + 56, after.begin()));
+    EXPECT_TRUE(e.restore_region(fc3, 0));
+    EXPECT_EQ(*e.region(fc3, 0), before);
+    EXPECT_FALSE(e.restore_region(fc3, 22));
 }

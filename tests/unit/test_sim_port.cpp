@@ -345,3 +345,19 @@ TEST(SimPort, FleetSection)
               "t.json: boards[0].port.persist_link_down: value 0x2 out of range 0..0x1");
     EXPECT_EQ(fleet_error(R"("port": {"speed": 2})"), "t.json: boards[0].port.speed: unknown field");
 }
+
+TEST(SimPort, DriverLogMaskTakesOnlyKnownBitsAndOutlivesResets)
+{
+    Box b(make_board());
+    uint32_t mask = 0xffffffff;
+    auto get = [&] { return b.run(kPortGetLogMask, {reinterpret_cast<uint8_t *>(&mask), sizeof mask}); };
+    ASSERT_EQ(get(), 0);
+    EXPECT_EQ(mask, 0u);
+    EXPECT_EQ(b.run(kPortSetLogMask, {}, KVD_DRVLOG_ALL), 0);
+    EXPECT_EQ(b.run(kPortSetLogMask, {}, KVD_DRVLOG_ALL + 1), EINVAL); // the first unknown bit
+    b.fw.restart();
+    ASSERT_EQ(get(), 0);
+    EXPECT_EQ(mask, KVD_DRVLOG_ALL);
+    uint8_t three[3];
+    EXPECT_EQ(b.run(kPortGetLogMask, {three, sizeof three}), EINVAL); // no room for the mask
+}
