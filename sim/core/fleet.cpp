@@ -511,6 +511,7 @@ constexpr BoardReader kBoardReaders[] = {
     [](BoardReading &r) { read_port_section(r.board, r.spec); },
     [](BoardReading &r) { read_scsi_section(r.board, r.spec); },
     [](BoardReading &r) { read_sli4_section(r.board, r.spec); },
+    [](BoardReading &r) { read_auth_section(r.board, r.spec); },
 };
 
 BoardSpec read_board(const Json &j, const std::string &place, const Fleet &fleet)

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "asic/asic_spec.hpp"
+#include "auth/auth_spec.hpp"
 #include "port/port_spec.hpp"
 #include "scsi/luns.hpp"
 #include "sli4/spec.hpp"
@@ -116,6 +117,7 @@ struct BoardSpec {
     AsicSpec asic; // the Tarvo ASIC, when `tarvo`
     PortSpec port; // the "port" section
     ScsiSpec scsi; // logical units of the FCP targets among the remote ports
+    AuthSpec auth; // FC-SP secrets of remote entities
 };
 
 struct Fleet {

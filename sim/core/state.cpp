@@ -102,6 +102,7 @@ void Library::load()
             b.port->power_on(*b.fw);
             b.pci = std::make_unique<PciEngine>(cfg, b.fw->link().event_tag);
             b.mgmt = std::make_unique<MgmtEngine>(cfg, b.fw->link().event_tag);
+            b.auth = std::make_unique<AuthEngine>(cfg);
             mask |= 1u << cfg.number;
         }
     } catch (const std::exception &e) {
@@ -112,6 +113,7 @@ void Library::load()
             b.fw.reset();
             b.pci.reset();
             b.mgmt.reset();
+            b.auth.reset();
             b.asic.reset();
             b.fabric.reset();
             b.scsi.reset();

@@ -15,6 +15,7 @@
 
 #include "core/fault.hpp"
 #include "asic/asic.hpp"
+#include "auth/auth.hpp"
 #include "mailbox/firmware.hpp"
 #include "port/port.hpp"
 #include "fabric/fabric.hpp"
@@ -42,6 +43,7 @@ struct Board {
     std::unique_ptr<Sli4Engine> sli4;  // SLI-4 configuration and object store: SLI-4 boards
     std::unique_ptr<PciEngine> pci;    // configuration space, registers, SLIM: every board
     std::unique_ptr<MgmtEngine> mgmt;  // RNID management information: every board
+    std::unique_ptr<AuthEngine> auth;  // FC-SP authentication: every board
 };
 
 class Library
