@@ -47,16 +47,17 @@ static void kvd_auth_passwd(AUTH_PASSWD_INFO *p, const char *text, uint16_t type
 
 static void kvd_auth_print_cfg(const ZRT_FCSP_CONFIG *c)
 {
-    printf("Auth Config: lwwpn:%llx  rwwpn:%llx  \n Authentication Timeout: %d\n Authentication Mode:    %d\n "
-           "Bidirectional:          %d\n Authentication Types:   %d:%d:%d:%d\n Hash priority:          "
-           "%d:%d:%d:%d\n DH Groups:              %d:%d:%d:%d:%d:%d:%d:%d\n Reauthentication Time:  %d\n",
-           (unsigned long long)c->local_entity, (unsigned long long)c->remote_entity, c->authentication_timeout,
-           c->authentication_mode, c->bidirectional, c->authentication_type_priority[0],
-           c->authentication_type_priority[1], c->authentication_type_priority[2],
-           c->authentication_type_priority[3], c->hash_priority[0], c->hash_priority[1], c->hash_priority[2],
-           c->hash_priority[3], c->dh_group_priority[0], c->dh_group_priority[1], c->dh_group_priority[2],
-           c->dh_group_priority[3], c->dh_group_priority[4], c->dh_group_priority[5], c->dh_group_priority[6],
-           c->dh_group_priority[7], (int)c->reauthenticate_time_interval);
+    printf(
+        "Auth Config: lwwpn:%llx  rwwpn:%llx  \n Authentication Timeout: %d\n Authentication Mode:    %d\n "
+        "Bidirectional:          %d\n Authentication Types:   %d:%d:%d:%d\n Hash priority:          "
+        "%d:%d:%d:%d\n DH Groups:              %d:%d:%d:%d:%d:%d:%d:%d\n Reauthentication Time:  %d\n",
+        (unsigned long long)c->local_entity, (unsigned long long)c->remote_entity, c->authentication_timeout,
+        c->authentication_mode, c->bidirectional, c->authentication_type_priority[0],
+        c->authentication_type_priority[1], c->authentication_type_priority[2],
+        c->authentication_type_priority[3], c->hash_priority[0], c->hash_priority[1], c->hash_priority[2],
+        c->hash_priority[3], c->dh_group_priority[0], c->dh_group_priority[1], c->dh_group_priority[2],
+        c->dh_group_priority[3], c->dh_group_priority[4], c->dh_group_priority[5], c->dh_group_priority[6],
+        c->dh_group_priority[7], (int)c->reauthenticate_time_interval);
 }
 
 KVD_HANDLER(authgetcfg)
@@ -193,9 +194,10 @@ KVD_HANDLER(authsetpsswd)
     (void)arg;
     if (margc != 8) {
         printf("Usage %d: authsetpsswd lwwpn rwwpn flag ctype cpass ntype npass\n", margc);
-        printf("    lwwpn: Local wwn with no ':'\n    rwwpn: Remote wwn with no ':'\n    flag: 0=local password "
-               "1=remote password\n    ctype: Current type: 1=ASCI 2=Bin 3=ignore\n    cpass: Current password. "
-               "'0' if type =3\n    ntype: New type: 1=ASCI 2=Bin 3=ignore\n    npass: new password.\n");
+        printf(
+            "    lwwpn: Local wwn with no ':'\n    rwwpn: Remote wwn with no ':'\n    flag: 0=local password "
+            "1=remote password\n    ctype: Current type: 1=ASCI 2=Bin 3=ignore\n    cpass: Current password. "
+            "'0' if type =3\n    ntype: New type: 1=ASCI 2=Bin 3=ignore\n    npass: new password.\n");
         return KVD_USAGE;
     }
     memset(&pw, 0, sizeof pw);

@@ -63,8 +63,8 @@ KVD_STATIC_ASSERT(offsetof(ZRT_FCSP_CONFIG, reauthenticate_time_interval) == 36,
 #define KVD_PASSWD_MAX 128
 
 typedef struct AUTH_PASSWD_INFO {
-    uint16_t length; /* bytes of password used */
-    uint16_t type;   /* KVD_PASSWD_... */
+    uint16_t length;                  /* bytes of password used */
+    uint16_t type;                    /* KVD_PASSWD_... */
     uint8_t password[KVD_PASSWD_MAX]; /* zero-padded; not terminated when full */
 } AUTH_PASSWD_INFO;
 
@@ -96,13 +96,13 @@ KVD_STATIC_ASSERT(offsetof(ZRT_AUTH_PASSWD, new_remote_passwd) == 412, "new_remo
 
 /* Why the last authentication failed. */
 #define KVD_AUTH_FAIL_NONE 0
-#define KVD_AUTH_FAIL_SECRET 1       /* a response did not verify: the secrets differ */
-#define KVD_AUTH_FAIL_MECHANISM 2    /* no authentication type both sides use */
-#define KVD_AUTH_FAIL_DH_GROUP 3     /* no DH group both sides use */
-#define KVD_AUTH_FAIL_HASH 4         /* no hash function both sides use */
-#define KVD_AUTH_FAIL_NO_RESPONSE 5  /* the remote entity did not answer */
-#define KVD_AUTH_FAIL_NO_SECRET 6    /* a side that must answer has no password */
-#define KVD_AUTH_FAIL_NOT_ENABLED 7  /* the remote entity does not authenticate */
+#define KVD_AUTH_FAIL_SECRET 1      /* a response did not verify: the secrets differ */
+#define KVD_AUTH_FAIL_MECHANISM 2   /* no authentication type both sides use */
+#define KVD_AUTH_FAIL_DH_GROUP 3    /* no DH group both sides use */
+#define KVD_AUTH_FAIL_HASH 4        /* no hash function both sides use */
+#define KVD_AUTH_FAIL_NO_RESPONSE 5 /* the remote entity did not answer */
+#define KVD_AUTH_FAIL_NO_SECRET 6   /* a side that must answer has no password */
+#define KVD_AUTH_FAIL_NOT_ENABLED 7 /* the remote entity does not authenticate */
 
 typedef struct KVD_AuthStatus {
     HBA_WWN local_entity;
@@ -118,7 +118,7 @@ typedef struct KVD_AuthStatus {
     uint16_t reserved0;
     uint32_t time_from_last_auth;  /* seconds */
     uint32_t time_until_next_auth; /* seconds; 0 when not re-authenticating */
-    uint32_t reserved1[2]; /* the record is 40 bytes: the fields end at 36 */
+    uint32_t reserved1[2];         /* the record is 40 bytes: the fields end at 36 */
 } KVD_AuthStatus;
 
 KVD_STATIC_ASSERT(sizeof(KVD_AuthStatus) == 40, "KVD_AuthStatus is 40 bytes");

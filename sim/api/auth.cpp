@@ -177,7 +177,9 @@ uint32_t KVD_InitiateAuthentication(uint32_t board, uint64_t local_entity, uint6
     const Wwn local = wwn_of(local_entity), remote = wwn_of(remote_entity);
     return board_call<uint32_t>(
         "KVD_InitiateAuthentication", board, kErrnoFamily,
-        [&](TraceLine &t) { t.arg("board", board).arg_wwn("local", local.data()).arg_wwn("remote", remote.data()); },
+        [&](TraceLine &t) {
+            t.arg("board", board).arg_wwn("local", local.data()).arg_wwn("remote", remote.data());
+        },
         [&](Call &c, Board &b) -> uint32_t {
             AuthRequest r{local, remote, {}, {}};
             return static_cast<uint32_t>(request(c, b, kAuthInitiate, r));

@@ -113,8 +113,8 @@ uint64_t group_prime(uint8_t group)
 {
     // Safe primes p = 2q + 1 with p = 7 mod 8, so that 2 generates the
     // subgroup of prime order q; one size per group.
-    static constexpr uint64_t primes[] = {0, 0xffffffcf47, 0x3ffffffffca7, 0xffffffffffe27, 0x3ffffffffffff77,
-                                          0x3fffffffffffd2bf};
+    static constexpr uint64_t primes[] = {
+        0, 0xffffffcf47, 0x3ffffffffca7, 0xffffffffffe27, 0x3ffffffffffff77, 0x3fffffffffffd2bf};
     return group <= KVD_AUTH_DH_GROUP_MAX ? primes[group] : 0;
 }
 
@@ -171,7 +171,8 @@ int32_t AuthEngine::run(uint32_t code, AuthRequest &req, CommandNote *note)
         return ENOTTY;
     if (req.record.size() < std::max(row->min_in, row->min_out))
         return EINVAL;
-    if (auto hit = library_faults().match_command("auth", code, row->name, static_cast<int32_t>(cfg_.number))) {
+    if (auto hit =
+            library_faults().match_command("auth", code, row->name, static_cast<int32_t>(cfg_.number))) {
         if (note)
             note->rule = hit->rule;
         return static_cast<int32_t>(hit->result);
@@ -243,8 +244,8 @@ int32_t AuthEngine::get_password(AuthRequest &r)
         return ENOENT;
     ZRT_AUTH_PASSWD out;
     std::memcpy(&out, r.record.data(), sizeof out);
-    for (AUTH_PASSWD_INFO *i :
-         {&out.current_local_passwd, &out.current_remote_passwd, &out.new_local_passwd, &out.new_remote_passwd})
+    for (AUTH_PASSWD_INFO *i : {&out.current_local_passwd, &out.current_remote_passwd, &out.new_local_passwd,
+                                &out.new_remote_passwd})
         *i = AUTH_PASSWD_INFO{};
     out.current_local_passwd.type = p->local.type;
     out.current_remote_passwd.type = p->remote.type;
@@ -310,7 +311,9 @@ void AuthEngine::authenticate(const Wwn &remote, Pair &p)
                                     std::end(c.authentication_type_priority), KVD_AUTH_TYPE_DHCHAP);
     if (type == std::end(c.authentication_type_priority))
         return fail(KVD_AUTH_FAIL_MECHANISM);
-    auto takes = [](const std::vector<uint8_t> &v, uint8_t x) { return std::find(v.begin(), v.end(), x) != v.end(); };
+    auto takes = [](const std::vector<uint8_t> &v, uint8_t x) {
+        return std::find(v.begin(), v.end(), x) != v.end();
+    };
     const uint8_t *hash = std::find_if(std::begin(c.hash_priority), std::end(c.hash_priority),
                                        [&](uint8_t h) { return h != 0 && takes(e->hashes, h); });
     if (hash == std::end(c.hash_priority))
@@ -341,7 +344,9 @@ void AuthEngine::authenticate(const Wwn &remote, Pair &p)
             b = static_cast<uint8_t>(rng_());
         return v;
     };
-    auto text = [](const std::string &s) { return std::span<const uint8_t>(reinterpret_cast<const uint8_t *>(s.data()), s.size()); };
+    auto text = [](const std::string &s) {
+        return std::span<const uint8_t>(reinterpret_cast<const uint8_t *>(s.data()), s.size());
+    };
 
     const std::vector<uint8_t> c1 = challenge();
     if (dhchap::response(*hash, id, p.local.bytes, c1, *group, z_port) !=

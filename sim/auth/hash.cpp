@@ -37,9 +37,10 @@ constexpr uint32_t kMd5K[64] = {
     0xf4292244, 0x432aff97, 0xab9423a7, 0xfc93a039, 0x655b59c3, 0x8f0ccc92, 0xffeff47d, 0x85845dd1,
     0x6fa87e4f, 0xfe2ce6e0, 0xa3014314, 0x4e0811a1, 0xf7537e82, 0xbd3af235, 0x2ad7d2bb, 0xeb86d391,
 };
-constexpr int kMd5S[64] = {7, 12, 17, 22, 7, 12, 17, 22, 7, 12, 17, 22, 7, 12, 17, 22, 5, 9,  14, 20, 5, 9,
-                           14, 20, 5, 9,  14, 20, 5, 9,  14, 20, 4, 11, 16, 23, 4, 11, 16, 23, 4, 11, 16, 23,
-                           4, 11, 16, 23, 6, 10, 15, 21, 6, 10, 15, 21, 6, 10, 15, 21, 6, 10, 15, 21};
+constexpr int kMd5S[64] = {7, 12, 17, 22, 7, 12, 17, 22, 7, 12, 17, 22, 7, 12, 17, 22,
+                           5, 9,  14, 20, 5, 9,  14, 20, 5, 9,  14, 20, 5, 9,  14, 20,
+                           4, 11, 16, 23, 4, 11, 16, 23, 4, 11, 16, 23, 4, 11, 16, 23,
+                           6, 10, 15, 21, 6, 10, 15, 21, 6, 10, 15, 21, 6, 10, 15, 21};
 
 } // namespace
 
@@ -51,7 +52,8 @@ Md5Digest md5(std::span<const uint8_t> data)
         uint32_t w[16];
         for (int i = 0; i < 16; ++i)
             w[i] = static_cast<uint32_t>(m[off + 4 * i]) | static_cast<uint32_t>(m[off + 4 * i + 1]) << 8 |
-                   static_cast<uint32_t>(m[off + 4 * i + 2]) << 16 | static_cast<uint32_t>(m[off + 4 * i + 3]) << 24;
+                   static_cast<uint32_t>(m[off + 4 * i + 2]) << 16 |
+                   static_cast<uint32_t>(m[off + 4 * i + 3]) << 24;
         uint32_t a = h[0], b = h[1], c = h[2], d = h[3];
         for (int i = 0; i < 64; ++i) {
             uint32_t f;
@@ -93,7 +95,8 @@ Sha1Digest sha1(std::span<const uint8_t> data)
     for (size_t off = 0; off < m.size(); off += 64) {
         uint32_t w[80];
         for (int i = 0; i < 16; ++i)
-            w[i] = static_cast<uint32_t>(m[off + 4 * i]) << 24 | static_cast<uint32_t>(m[off + 4 * i + 1]) << 16 |
+            w[i] = static_cast<uint32_t>(m[off + 4 * i]) << 24 |
+                   static_cast<uint32_t>(m[off + 4 * i + 1]) << 16 |
                    static_cast<uint32_t>(m[off + 4 * i + 2]) << 8 | static_cast<uint32_t>(m[off + 4 * i + 3]);
         for (int i = 16; i < 80; ++i)
             w[i] = rol(w[i - 3] ^ w[i - 8] ^ w[i - 14] ^ w[i - 16], 1);

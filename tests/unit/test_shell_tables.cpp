@@ -14,8 +14,10 @@
 #include "sli4/sli4_engine.hpp"
 #include "tarvo/tarvo.h"
 #include "port/port.hpp"
+#include "auth/auth.hpp"
 
 using kvdsim::Asic;
+using kvdsim::AuthEngine;
 #include "fabric/fabric.hpp"
 #include "mailbox/firmware.hpp"
 #include "scsi/target.hpp"
@@ -71,6 +73,7 @@ TEST(Tables, EngineCodesAndNamesAreUnique)
     expect_unique_codes(Firmware::commands(), "mailbox");
     expect_unique_codes(Asic::commands(), "asic");
     expect_unique_codes(Port::commands(), "port");
+    expect_unique_codes(AuthEngine::commands(), "auth");
     expect_unique_codes(Sli4Engine::commands(), "sli4");
     expect_unique_codes(ScsiTargets::commands(), "scsi");
     expect_unique_codes(Fabric::els_commands(), "els");
