@@ -20,14 +20,14 @@
 #define KVD_COMMANDS(X) \
     X("inval", inval, BUILT) \
     X("adapters", adapters, BUILT) \
-    X("authdelcfg", authdelcfg, STUB) \
-    X("authgetcfg", authgetcfg, STUB) \
-    X("authgetpsswd", authgetpsswd, STUB) \
-    X("authinit", authinit, STUB) \
-    X("authlist", authlist, STUB) \
-    X("authsetcfg", authsetcfg, STUB) \
-    X("authsetpsswd", authsetpsswd, STUB) \
-    X("authstatus", authstatus, STUB) \
+    X("authdelcfg", authdelcfg, BUILT) \
+    X("authgetcfg", authgetcfg, BUILT) \
+    X("authgetpsswd", authgetpsswd, BUILT) \
+    X("authinit", authinit, BUILT) \
+    X("authlist", authlist, BUILT) \
+    X("authsetcfg", authsetcfg, BUILT) \
+    X("authsetpsswd", authsetpsswd, BUILT) \
+    X("authstatus", authstatus, BUILT) \
     X("ct", ct, BUILT) \
     X("dportattr", dportattr, BUILT) \
     X("drvinfo", drvinfo, BUILT) \

@@ -23,6 +23,7 @@
 #include "kvd_passthru.h"
 #include "kvd_scsi.h"
 #include "kvd_logging.h"
+#include "kvd_auth.h"
 
 #ifdef __cplusplus
 extern "C" {

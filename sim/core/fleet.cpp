@@ -515,6 +515,7 @@ constexpr BoardReader kBoardReaders[] = {
     [](BoardReading &r) { read_sli4_section(r.board, r.spec); },
     read_events_section,
     read_diag_section,
+    [](BoardReading &r) { read_auth_section(r.board, r.spec); },
 };
 
 BoardSpec read_board(const Json &j, const std::string &place, const Fleet &fleet)

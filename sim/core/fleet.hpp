@@ -11,6 +11,7 @@
 #include "diag/diag_spec.hpp"
 #include "events/events_spec.hpp"
 #include "asic/asic_spec.hpp"
+#include "auth/auth_spec.hpp"
 #include "port/port_spec.hpp"
 #include "scsi/luns.hpp"
 #include "sli4/spec.hpp"
@@ -120,6 +121,7 @@ struct BoardSpec {
     AsicSpec asic;     // the Tarvo ASIC, when `tarvo`
     PortSpec port;     // the "port" section
     ScsiSpec scsi;     // logical units of the FCP targets among the remote ports
+    AuthSpec auth;     // FC-SP secrets of remote entities
 };
 
 struct Fleet {

@@ -106,6 +106,7 @@ void Library::load()
             b.pci = std::make_unique<PciEngine>(cfg, b.fw->link().event_tag);
             b.fw->attach_memory(b.pci.get());
             b.mgmt = std::make_unique<MgmtEngine>(cfg, b.fw->link().event_tag);
+            b.auth = std::make_unique<AuthEngine>(cfg);
             mask |= 1u << cfg.number;
         }
     } catch (const std::exception &e) {
@@ -118,6 +119,7 @@ void Library::load()
             b.mgmt.reset();
             b.events.reset();
             b.diag.reset();
+            b.auth.reset();
             b.asic.reset();
             b.fabric.reset();
             b.scsi.reset();

@@ -17,6 +17,7 @@
 #include "diag/diag.hpp"
 #include "events/events.hpp"
 #include "asic/asic.hpp"
+#include "auth/auth.hpp"
 #include "mailbox/firmware.hpp"
 #include "port/port.hpp"
 #include "fabric/fabric.hpp"
@@ -45,6 +46,7 @@ struct Board {
     std::unique_ptr<MgmtEngine> mgmt;    // RNID management information: every board
     std::unique_ptr<BoardEvents> events; // event log, sensor: every board
     std::unique_ptr<Diag> diag;          // loopback, rings, resets: every board
+    std::unique_ptr<AuthEngine> auth;    // FC-SP authentication: every board
 };
 
 class Library

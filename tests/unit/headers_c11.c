@@ -7,6 +7,7 @@
 #include "kvd_sli.h"
 #include "kvd_port.h"
 #include "kvd_logging.h"
+#include "kvd_auth.h"
 
 int kvd_headers_c11_probe(MAILBOX *sli4);
 int kvd_headers_c11_probe(MAILBOX *sli4)

@@ -15,8 +15,10 @@
 #include "sli4/sli4_engine.hpp"
 #include "tarvo/tarvo.h"
 #include "port/port.hpp"
+#include "auth/auth.hpp"
 
 using kvdsim::Asic;
+using kvdsim::AuthEngine;
 #include "fabric/fabric.hpp"
 #include "mailbox/firmware.hpp"
 #include "scsi/target.hpp"
@@ -82,6 +84,7 @@ TEST(Tables, EveryResetTypeHasARow)
     EXPECT_EQ(codes, (std::set<uint32_t>{KVD_RESET_SELECTIVE, KVD_RESET_COORDINATED, KVD_RESET_FIRMWARE}));
     expect_unique_codes(Asic::commands(), "asic");
     expect_unique_codes(Port::commands(), "port");
+    expect_unique_codes(AuthEngine::commands(), "auth");
     expect_unique_codes(Sli4Engine::commands(), "sli4");
     expect_unique_codes(ScsiTargets::commands(), "scsi");
     expect_unique_codes(Fabric::els_commands(), "els");
