@@ -21,6 +21,7 @@
 #include "kvd_port.h"
 #include "kvd_passthru.h"
 #include "kvd_scsi.h"
+#include "kvd_nodes.h"
 
 #ifdef __cplusplus
 extern "C" {

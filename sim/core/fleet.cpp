@@ -23,6 +23,7 @@
 #include <nlohmann/json.hpp>
 
 #include "kvd_attr.h"
+#include "nodes/nodes.hpp"
 #include "scsi/target.hpp"
 
 namespace kvdsim
@@ -511,6 +512,7 @@ constexpr BoardReader kBoardReaders[] = {
     [](BoardReading &r) { read_port_section(r.board, r.spec); },
     [](BoardReading &r) { read_scsi_section(r.board, r.spec); },
     [](BoardReading &r) { read_sli4_section(r.board, r.spec); },
+    [](BoardReading &r) { read_nodes_section(r.board, r.spec); },
 };
 
 BoardSpec read_board(const Json &j, const std::string &place, const Fleet &fleet)

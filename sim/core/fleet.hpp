@@ -10,6 +10,7 @@
 
 #include "asic/asic_spec.hpp"
 #include "port/port_spec.hpp"
+#include "nodes/nodes_spec.hpp"
 #include "scsi/luns.hpp"
 #include "sli4/spec.hpp"
 
@@ -113,9 +114,10 @@ struct BoardSpec {
     uint32_t max_frame = 2048;
     Wwn fabric_name{};
     std::vector<RemotePort> remote_ports;
-    AsicSpec asic; // the Tarvo ASIC, when `tarvo`
-    PortSpec port; // the "port" section
-    ScsiSpec scsi; // logical units of the FCP targets among the remote ports
+    AsicSpec asic;   // the Tarvo ASIC, when `tarvo`
+    PortSpec port;   // the "port" section
+    ScsiSpec scsi;   // logical units of the FCP targets among the remote ports
+    NodesSpec nodes; // VPD and persistent bindings
 };
 
 struct Fleet {

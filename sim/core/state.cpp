@@ -102,6 +102,7 @@ void Library::load()
             b.port->power_on(*b.fw);
             b.pci = std::make_unique<PciEngine>(cfg, b.fw->link().event_tag);
             b.mgmt = std::make_unique<MgmtEngine>(cfg, b.fw->link().event_tag);
+            b.nodes = std::make_unique<Nodes>(cfg);
             mask |= 1u << cfg.number;
         }
     } catch (const std::exception &e) {

@@ -19,6 +19,7 @@
 #include "port/port.hpp"
 #include "fabric/fabric.hpp"
 #include "mailbox/firmware.hpp"
+#include "nodes/nodes.hpp"
 #include "scsi/target.hpp"
 #include "sli4/sli4_engine.hpp"
 #include "core/fleet.hpp"
@@ -42,6 +43,7 @@ struct Board {
     std::unique_ptr<Sli4Engine> sli4;  // SLI-4 configuration and object store: SLI-4 boards
     std::unique_ptr<PciEngine> pci;    // configuration space, registers, SLIM: every board
     std::unique_ptr<MgmtEngine> mgmt;  // RNID management information: every board
+    std::unique_ptr<Nodes> nodes;      // nodes, VPD, bindings, target mapping: every board
 };
 
 class Library

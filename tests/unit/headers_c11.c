@@ -4,6 +4,7 @@
 #include "kvd_mgmt.h"
 #include "kvd_regs.h"
 #include "kvd_port.h"
+#include "kvd_nodes.h"
 
 int kvd_headers_c11_probe(MAILBOX *sli4);
 int kvd_headers_c11_probe(MAILBOX *sli4)
