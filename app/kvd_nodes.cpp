@@ -81,7 +81,7 @@ KVD_HANDLER(listbind)
 {
     HBA_BIND_LIST list;
     HBA_BIND_ENTRY e;
-    uint32_t count;
+    uint32_t count, type;
 
     (void)row;
     (void)arg;
@@ -100,7 +100,9 @@ KVD_HANDLER(listbind)
     for (uint32_t i = 0; i < count; i++) {
         memcpy(&e, kvd_bigbuffer + offsetof(HBA_BIND_LIST, entry) + i * sizeof(e), sizeof(e));
         printf("[%02d] ", (int)i);
-        printf("%s", kvd_bindtype_word((uint32_t)e.bind_type));
+        // The driver may hand over a type the enumeration does not name.
+        memcpy(&type, &e.bind_type, sizeof(type));
+        printf("%s", kvd_bindtype_word(type));
         printf("%02d 0x%08x ", (int)e.scsi_id, e.did);
         for (int k = 0; k < 8; k++)
             printf("%02x:", e.wwnn.wwn[k]);

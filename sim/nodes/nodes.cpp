@@ -74,7 +74,8 @@ Nodes::Nodes(const BoardSpec &cfg) : cfg_(cfg)
     if (cfg.nodes.bindings) {
         for (const BindingSpec &s : *cfg.nodes.bindings) {
             HBA_BIND_ENTRY e{};
-            e.bind_type = static_cast<HBA_BINDTYPE>(s.type);
+            static_assert(sizeof e.bind_type == sizeof s.type);
+            memcpy(&e.bind_type, &s.type, sizeof s.type); // any number the driver keeps
             e.scsi_id = s.scsi_id;
             e.did = s.did;
             memcpy(e.wwnn.wwn, s.wwnn.data(), 8);
