@@ -33,7 +33,7 @@
     X("drvinfo", drvinfo, BUILT) \
     X("dumpreg", dumpreg, BUILT) \
     X("dumpregion", dumpregion, BUILT) \
-    X("fcpmap", fcpmap, STUB) \
+    X("fcpmap", fcpmap, BUILT) \
     X("fcoegetparams", fcoegetparams, BUILT) \
     X("fcoesetparams", fcoesetparams, BUILT) \
     X("fcoegetlist", fcoegetlist, STUB) \
@@ -50,12 +50,12 @@
     X("iportattr", iportattr, BUILT) \
     X("issuedumpmbox", issuedumpmbox, BUILT) \
     X("linkinfo", linkinfo, BUILT) \
-    X("listbind", listbind, STUB) \
+    X("listbind", listbind, BUILT) \
     X("logging", logging, BUILT) \
     X("loopback", loopback, BUILT) \
     X("tarvo", tarvo, BUILT) \
     X("mbox", mbox, BUILT) \
-    X("nodeinfo", nodeInform, STUB) \
+    X("nodeinfo", nodeInform, BUILT) \
     X("persistlinkget", persistlinkget, BUILT) \
     X("persistlinkset", persistlinkset, BUILT) \
     X("portattr", portattr, BUILT) \
@@ -109,7 +109,7 @@
     X("sli4iov", sli4iov, BUILT) \
     X("slireadstat", slireadstat, BUILT) \
     X("urevent", uregevent, BUILT) \
-    X("vpdinfo", vpdInfo, STUB) \
+    X("vpdinfo", vpdInfo, BUILT) \
     X("vpcreate", vpcreate, STUB) \
     X("vpdelete", vpdelete, STUB) \
     X("vpgetattr", vpgetattr, STUB) \

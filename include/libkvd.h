@@ -24,6 +24,7 @@
 #include "kvd_scsi.h"
 #include "kvd_logging.h"
 #include "kvd_auth.h"
+#include "kvd_nodes.h"
 
 #ifdef __cplusplus
 extern "C" {

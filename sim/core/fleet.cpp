@@ -25,6 +25,7 @@
 #include <nlohmann/json.hpp>
 
 #include "kvd_attr.h"
+#include "nodes/nodes.hpp"
 #include "scsi/target.hpp"
 
 namespace kvdsim
@@ -516,6 +517,7 @@ constexpr BoardReader kBoardReaders[] = {
     read_events_section,
     read_diag_section,
     [](BoardReading &r) { read_auth_section(r.board, r.spec); },
+    [](BoardReading &r) { read_nodes_section(r.board, r.spec); },
 };
 
 BoardSpec read_board(const Json &j, const std::string &place, const Fleet &fleet)

@@ -13,6 +13,7 @@
 #include "asic/asic_spec.hpp"
 #include "auth/auth_spec.hpp"
 #include "port/port_spec.hpp"
+#include "nodes/nodes_spec.hpp"
 #include "scsi/luns.hpp"
 #include "sli4/spec.hpp"
 
@@ -122,6 +123,7 @@ struct BoardSpec {
     PortSpec port;     // the "port" section
     ScsiSpec scsi;     // logical units of the FCP targets among the remote ports
     AuthSpec auth;     // FC-SP secrets of remote entities
+    NodesSpec nodes;   // VPD and persistent bindings
 };
 
 struct Fleet {

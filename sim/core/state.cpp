@@ -107,6 +107,7 @@ void Library::load()
             b.fw->attach_memory(b.pci.get());
             b.mgmt = std::make_unique<MgmtEngine>(cfg, b.fw->link().event_tag);
             b.auth = std::make_unique<AuthEngine>(cfg);
+            b.nodes = std::make_unique<Nodes>(cfg);
             mask |= 1u << cfg.number;
         }
     } catch (const std::exception &e) {
@@ -124,6 +125,7 @@ void Library::load()
             b.fabric.reset();
             b.scsi.reset();
             b.sli4.reset();
+            b.nodes.reset();
         }
         fleet_.boards.clear();
         mask = 0;

@@ -21,6 +21,8 @@
 #include "mailbox/firmware.hpp"
 #include "port/port.hpp"
 #include "fabric/fabric.hpp"
+#include "mailbox/firmware.hpp"
+#include "nodes/nodes.hpp"
 #include "scsi/target.hpp"
 #include "sli4/sli4_engine.hpp"
 #include "core/fleet.hpp"
@@ -47,6 +49,7 @@ struct Board {
     std::unique_ptr<BoardEvents> events; // event log, sensor: every board
     std::unique_ptr<Diag> diag;          // loopback, rings, resets: every board
     std::unique_ptr<AuthEngine> auth;    // FC-SP authentication: every board
+    std::unique_ptr<Nodes> nodes;        // nodes, VPD, bindings, target mapping: every board
 };
 
 class Library

@@ -8,6 +8,7 @@
 #include "kvd_port.h"
 #include "kvd_logging.h"
 #include "kvd_auth.h"
+#include "kvd_nodes.h"
 
 int kvd_headers_c11_probe(MAILBOX *sli4);
 int kvd_headers_c11_probe(MAILBOX *sli4)
