@@ -174,18 +174,18 @@ std::vector<AsicLogSpec> AsicSpec::default_logs()
     };
 }
 
-Asic::Asic(const AsicSpec &spec)
-    : fw_version_(spec.fw_version), fw_type_(spec.fw_type), maintenance_(spec.maintenance),
-      link_up_(spec.link_up), bb_credit_(spec.bb_credit), frame_size_(spec.frame_size),
-      mac0_(wire_mac(spec.mac0)), mac1_(wire_mac(spec.mac1)), fru_flags_(spec.channels & 3),
-      fru_valid_(spec.fru_valid), fcoe_format_(spec.fcoe_format), memory_(spec.memory_size & ~3u, 0)
+Asic::Asic(const AsicSpec &setup)
+    : fw_version_(setup.fw_version), fw_type_(setup.fw_type), maintenance_(setup.maintenance),
+      link_up_(setup.link_up), bb_credit_(setup.bb_credit), frame_size_(setup.frame_size),
+      mac0_(wire_mac(setup.mac0)), mac1_(wire_mac(setup.mac1)), fru_flags_(setup.channels & 3),
+      fru_valid_(setup.fru_valid), fcoe_format_(setup.fcoe_format), memory_(setup.memory_size & ~3u, 0)
 {
     store_word(0x0, kChipId);
     store_word(0x4, fw_version_);
     store_word(0x8, fw_type_);
-    build_sfp(spec);
+    build_sfp(setup);
     uint16_t id = 0;
-    for (const AsicLogSpec &ls : spec.logs) {
+    for (const AsicLogSpec &ls : setup.logs) {
         Log l;
         l.id = id++;
         l.name = ls.name.substr(0, TARVO_LOG_NAME_SIZE - 1);
@@ -196,9 +196,9 @@ Asic::Asic(const AsicSpec &spec)
         for (const std::string &e : ls.entries)
             log(logs_.back().id, e);
     }
-    if (spec.panicked)
+    if (setup.panicked)
         take_panic(2);
-    init_net(spec);
+    init_net(setup);
 }
 
 void Asic::store_word(uint32_t address, uint32_t value)
@@ -258,7 +258,7 @@ void Asic::take_panic(uint32_t type)
     log(0, type == 1 ? "panic: solicited" : "panic: exception");
 }
 
-void Asic::build_sfp(const AsicSpec &spec)
+void Asic::build_sfp(const AsicSpec &setup)
 {
     uint8_t *a0 = sfp_a0_.data();
     a0[0] = 0x03;  // SFP or SFP+
@@ -270,17 +270,17 @@ void Asic::build_sfp(const AsicSpec &spec)
     a0[16] = 8;    // OM2, 10 m units
     a0[17] = 3;    // OM1
     a0[19] = 30;   // OM3
-    put_text(a0 + 20, 16, spec.sfp_vendor);
+    put_text(a0 + 20, 16, setup.sfp_vendor);
     a0[37] = 0x0a; // vendor OUI
     a0[38] = 0x3c;
     a0[39] = 0x55;
-    put_text(a0 + 40, 16, spec.sfp_part);
+    put_text(a0 + 40, 16, setup.sfp_part);
     put_text(a0 + 56, 4, "A");
     put_be16(a0 + 60, 850); // wavelength, nm
     a0[63] = sum8(a0, 63);
     a0[65] = 0x1a; // TX_DISABLE, TX_FAULT, LOS
-    put_text(a0 + 68, 16, spec.sfp_serial);
-    put_text(a0 + 84, 8, spec.sfp_date);
+    put_text(a0 + 68, 16, setup.sfp_serial);
+    put_text(a0 + 84, 8, setup.sfp_date);
     a0[92] = 0x68; // diagnostics implemented, internally calibrated
     a0[93] = 0xf0; // alarm/warning flags, soft controls
     a0[94] = 0x03; // SFF-8472 rev 10.2

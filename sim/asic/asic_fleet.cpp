@@ -45,21 +45,21 @@ void read_logs(const Json &v, const std::string &place, std::vector<AsicLogSpec>
     logs.clear();
     for (size_t i = 0; i < v.size(); ++i) {
         Section l(v[i], place + "[" + std::to_string(i) + "]");
-        AsicLogSpec spec;
-        spec.name = to_text(l.need("name"), l.at("name"), TARVO_LOG_NAME_SIZE - 1);
-        l.number("entries", spec.capacity, kLogEntriesMax);
-        if (l.number("entry_size", spec.entry_size, kLogEntrySizeMax) && spec.entry_size < kLogEntrySizeMin)
-            fail(l.at("entry_size"), "entry size " + std::to_string(spec.entry_size) + " below " +
+        AsicLogSpec setup;
+        setup.name = to_text(l.need("name"), l.at("name"), TARVO_LOG_NAME_SIZE - 1);
+        l.number("entries", setup.capacity, kLogEntriesMax);
+        if (l.number("entry_size", setup.entry_size, kLogEntrySizeMax) && setup.entry_size < kLogEntrySizeMin)
+            fail(l.at("entry_size"), "entry size " + std::to_string(setup.entry_size) + " below " +
                                          std::to_string(kLogEntrySizeMin));
         if (const Json *lines = l.take("lines")) {
             if (!lines->is_array())
                 fail(l.at("lines"), std::string("expected an array, found ") + type_name(*lines));
             for (size_t k = 0; k < lines->size(); ++k)
-                spec.entries.push_back(to_text((*lines)[k], l.at("lines") + "[" + std::to_string(k) + "]",
-                                               spec.entry_size - 1u));
+                setup.entries.push_back(to_text((*lines)[k], l.at("lines") + "[" + std::to_string(k) + "]",
+                                                setup.entry_size - 1u));
         }
         l.finish();
-        logs.push_back(std::move(spec));
+        logs.push_back(std::move(setup));
     }
 }
 

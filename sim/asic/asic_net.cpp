@@ -71,7 +71,7 @@ constexpr uint32_t kMaxBgBw[kMaxPg] = {100, 100, 100, 100, 100, 100, 100, 100};
 
 } // namespace
 
-void Asic::init_net(const AsicSpec &spec)
+void Asic::init_net(const AsicSpec &setup)
 {
     // Priority 3 carries FCoE in a group of its own.
     pg_current_.num_pg = 3;
@@ -80,9 +80,9 @@ void Asic::init_net(const AsicSpec &spec)
     memcpy(pg_current_.pg_ids, ids, sizeof ids);
     memcpy(pg_current_.pg_bw, bw, sizeof bw);
     pg_default_ = pg_current_;
-    host_pfc_ = spec.host_pfc;
-    diag_failing_ = spec.diag_failing;
-    dcbx_mode_ = spec.dcbx_mode;
+    host_pfc_ = setup.host_pfc;
+    diag_failing_ = setup.diag_failing;
+    dcbx_mode_ = setup.dcbx_mode;
     for (int p = 0; p < 2; ++p) {
         pause_type_[p] = TARVO_PAUSE_PFC;
         priority_[p] = 0x08;
@@ -90,17 +90,17 @@ void Asic::init_net(const AsicSpec &spec)
         port_type_[p] = TARVO_PORT_ACCESS;
     }
 
-    for (uint32_t i = 0; i < spec.fcfs; ++i) {
+    for (uint32_t i = 0; i < setup.fcfs; ++i) {
         Fcf f;
         tarvo_fcf_info_t &r = f.info;
         r.handle = kFcfHandleBase + i;
         const uint8_t mac[6] = {0x02, 0x5e, 0x11, 0xfc, 0x00, static_cast<uint8_t>(i + 1)};
         memcpy(r.mac, mac, sizeof mac);
-        r.vlan_id = static_cast<uint16_t>(spec.fcoe_vlan);
+        r.vlan_id = static_cast<uint16_t>(setup.fcoe_vlan);
         // The first FCF is the principal switch, whose name is the fabric's.
         const uint8_t sw[8] = {0x20, static_cast<uint8_t>(i + 1), 0x02, 0x5e, 0x11, 0xfc, 0x00, 0x00};
-        memcpy(r.sw_name, i == 0 ? spec.fabric_name.data() : sw, TARVO_ADDR_SIZE);
-        memcpy(r.fabric_name, spec.fabric_name.data(), TARVO_ADDR_SIZE);
+        memcpy(r.sw_name, i == 0 ? setup.fabric_name.data() : sw, TARVO_ADDR_SIZE);
+        memcpy(r.fabric_name, setup.fabric_name.data(), TARVO_ADDR_SIZE);
         r.fc_map = kAsicDefaultFcMap;
         r.lka_period = kFcfLkaPeriod;
         r.state = FCF_AVAILABLE_STATE;
@@ -115,11 +115,11 @@ void Asic::init_net(const AsicSpec &spec)
     p0.fcoe_mode = TARVO_FCOE_FIP;
     if (!fcfs_.empty())
         memcpy(p0.fip.sw_name, fcfs_[0].info.sw_name, TARVO_ADDR_SIZE);
-    memcpy(p0.fip.fabric_name, spec.fabric_name.data(), TARVO_ADDR_SIZE);
+    memcpy(p0.fip.fabric_name, setup.fabric_name.data(), TARVO_ADDR_SIZE);
     p0.fip.sup_addr_mode = TARVO_ADDR_MODE_FPMA;
     p0.fip.pref_addr_mode = TARVO_ADDR_MODE_FPMA;
     p0.fip.fcf_disc_tov = 10;
-    p0.fip.vlan_id[0] = static_cast<uint16_t>(spec.fcoe_vlan);
+    p0.fip.vlan_id[0] = static_cast<uint16_t>(setup.fcoe_vlan);
 }
 
 // An entry keyed by device id and port name: the same key again changes the

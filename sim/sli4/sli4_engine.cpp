@@ -391,17 +391,26 @@ static void fail_with(Sli4Request &r, const ObjectStore::Result &res)
     r.additional = res.additional;
 }
 
-void Sli4Engine::read_object(Sli4Request &r)
+// The object store and the object a request names; null, with the
+// request's status set, on a board without a store or for a bad name.
+ObjectStore *Sli4Engine::named_object(Sli4Request &r, const char (&field)[SLI4_OBJECT_NAME_SIZE],
+                                      std::string &name)
 {
-    const auto req = request_of<gorvik_common_read_object_cmd>(r);
-    std::string name;
     ObjectStore *s = store();
     if (!s) {
         r.status = SLI4_STATUS_ILLEGAL_REQUEST;
         r.additional = SLI4_ADDL_NOT_SUPPORTED;
-        return;
+        return nullptr;
     }
-    if (!object_name(r, req.objectName, name))
+    return object_name(r, field, name) ? s : nullptr;
+}
+
+void Sli4Engine::read_object(Sli4Request &r)
+{
+    const auto req = request_of<gorvik_common_read_object_cmd>(r);
+    std::string name;
+    ObjectStore *s = named_object(r, req.objectName, name);
+    if (!s)
         return;
     const uint32_t room = descriptor_bytes(r, req.hostBufferDescriptorCount, req.hbd);
     if (r.status)
@@ -428,13 +437,8 @@ void Sli4Engine::write_object(Sli4Request &r)
 {
     const auto req = request_of<gorvik_common_write_object_cmd>(r);
     std::string name;
-    ObjectStore *s = store();
-    if (!s) {
-        r.status = SLI4_STATUS_ILLEGAL_REQUEST;
-        r.additional = SLI4_ADDL_NOT_SUPPORTED;
-        return;
-    }
-    if (!object_name(r, req.objectName, name))
+    ObjectStore *s = named_object(r, req.objectName, name);
+    if (!s)
         return;
     const uint32_t room = descriptor_bytes(r, req.hostBufferDescriptorCount, req.hbd);
     if (r.status)
@@ -455,13 +459,8 @@ void Sli4Engine::list_objects(Sli4Request &r)
 {
     const auto req = request_of<gorvik_common_list_object_cmd>(r);
     std::string name;
-    ObjectStore *s = store();
-    if (!s) {
-        r.status = SLI4_STATUS_ILLEGAL_REQUEST;
-        r.additional = SLI4_ADDL_NOT_SUPPORTED;
-        return;
-    }
-    if (!object_name(r, req.objectName, name))
+    ObjectStore *s = named_object(r, req.objectName, name);
+    if (!s)
         return;
     const uint32_t room = descriptor_bytes(r, req.hostBufferDescriptorCount, req.hbd);
     if (r.status)
@@ -494,13 +493,8 @@ void Sli4Engine::delete_object(Sli4Request &r)
 {
     const auto req = request_of<gorvik_common_delete_object_cmd>(r);
     std::string name;
-    ObjectStore *s = store();
-    if (!s) {
-        r.status = SLI4_STATUS_ILLEGAL_REQUEST;
-        r.additional = SLI4_ADDL_NOT_SUPPORTED;
-        return;
-    }
-    if (!object_name(r, req.objectName, name))
+    ObjectStore *s = named_object(r, req.objectName, name);
+    if (!s)
         return;
     auto res = s->remove(name);
     if (!res.ok())

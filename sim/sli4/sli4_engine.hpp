@@ -82,6 +82,7 @@ class Sli4Engine
 
     template <class T> void reply(Sli4Request &r, const T &body, uint32_t length);
     bool object_name(Sli4Request &r, const char (&field)[SLI4_OBJECT_NAME_SIZE], std::string &name);
+    ObjectStore *named_object(Sli4Request &r, const char (&field)[SLI4_OBJECT_NAME_SIZE], std::string &name);
     uint32_t descriptor_bytes(Sli4Request &r, uint32_t count, const host_buffer_descriptor *hbd);
     uint8_t temperature();
 
