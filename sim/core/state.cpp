@@ -103,6 +103,7 @@ void Library::load()
             b.fw->set_link_hook(&Library::link_changed, &b);
             b.port = std::make_unique<Port>(cfg);
             b.port->power_on(*b.fw);
+            b.fw->attach_port(b.port.get());
             b.pci = std::make_unique<PciEngine>(cfg, b.fw->link().event_tag);
             b.fw->attach_memory(b.pci.get());
             b.mgmt = std::make_unique<MgmtEngine>(cfg, b.fw->link().event_tag);

@@ -5,6 +5,7 @@
 // from the board number, never from a clock, so that transcripts of the
 // shell against a virtual fleet stay the same from run to run.
 #include "mailbox/firmware.hpp"
+#include "port/port.hpp"
 #include "sli4/sli4_engine.hpp"
 
 #include "core/fault.hpp"
@@ -828,7 +829,7 @@ uint16_t Firmware::read_sparm64(MailboxCommand &cmd)
 // A firmware reset, as the board's own RESTART command asks for.
 uint16_t Firmware::restart_command(MailboxCommand &)
 {
-    restart();
+    restart(!port_gate_ || port_gate_->link_allowed());
     return MBXERR_OK;
 }
 

@@ -48,6 +48,7 @@ enum class BoardState { ready, offline, resetting };
 class Firmware;
 class Sli4Engine;
 class PciEngine;
+class Port;
 
 // One mailbox command as a handler sees it: the record (a private copy,
 // words not handed over read as zero), host memory for the buffer
@@ -129,6 +130,13 @@ class Firmware
     void attach_memory(PciEngine *pci)
     {
         pci_ = pci;
+    }
+
+    // RESTART asks the port settings whether the link may come back up
+    // (link-down persistence holds it down; none: it always comes back).
+    void attach_port(const Port *port)
+    {
+        port_gate_ = port;
     }
 
     // Link timers as CONFIG_LINK stores them (milliseconds).
@@ -267,6 +275,7 @@ class Firmware
     std::array<uint32_t, kVariables> variables_{};
     Sli4Engine *sli4_ = nullptr;
     PciEngine *pci_ = nullptr;
+    const Port *port_gate_ = nullptr;
 };
 
 } // namespace kvdsim

@@ -40,13 +40,13 @@ The shell passes the value unchanged (low 16 bits); the library takes only
   KVD_SetPersistLinkDown(board=2, linkDownConfig=1) = 0
 
 Persistent link down takes the link down and keeps it down through every
-kind of reset; the driver region (23) holds the setting (the record of type
-01 at byte 8). Clearing it brings the link back, and a reset then restarts
+kind of reset, the firmware's own RESTART included; the driver region (23)
+holds the setting (the record of type 01 at byte 8). Clearing it brings the link back, and a reset then restarts
 the firmware with the link up again: the link came up three times (power-on,
 persistence cleared, last reset) and went down twice.
 
   $ printf '%s\n' 'set board 2' 'persistlinkset 1' qoslinkspeed 'reset hba' qoslinkspeed 'reset hba 2' \
-  >   'reset hba 3' persistlinkget qoslinkspeed 'issuedumpmbox 23 0 16' 'persistlinkset 0' qoslinkspeed \
+  >   'reset hba 3' 'mbox restart' persistlinkget qoslinkspeed 'issuedumpmbox 23 0 16' 'persistlinkset 0' qoslinkspeed \
   >   'reset hba 3' qoslinkspeed linkinfo quit | kvd | sed -n '/^cmd>/,$p'
   cmd> cmd> persistlinkset - KVD_SetPersistLinkDown returned 0x0
   cmd> QoS Speed - x0000
@@ -57,6 +57,7 @@ persistence cleared, last reset) and went down twice.
   status 0x0
   cmd> hba: 2 reset type: 3
   status 0x0
+  cmd> Command: 0x1a  Status: 0x0
   cmd> persistlinkget - KVD_GetPersistLinkDown returned 0x0
   \tlinkDownConfig x0001 (esc)
   cmd> QoS Speed - x0000
@@ -168,6 +169,7 @@ SLI status counters: the XRI count comes before the RPI count. Counters
 move between reads; clearing returns them as they stood and starts again
 from zero.
 
+  $ : > trace
   $ kvd -c slireadstat
   Usage: slireadstat clearCounters
   \tclearCounters <0 - no clear, 1 - clear counters> (esc)
