@@ -212,3 +212,20 @@ TEST(SimNpiv, RestrictedLoginSeesTargetsOnly)
     EXPECT_FALSE(sees(r.npiv->seen_by_board(true), closed.did));
     EXPECT_FALSE(sees(r.npiv->seen_by(*r.npiv->find(open.wwpn)), closed.did));
 }
+
+TEST(SimNpiv, FleetSection)
+{
+    const std::string head = R"({"boards": [{"board": 0, "wwpn": "10:00:06:4b:51:a0:00:01", "npiv": )";
+    std::string error;
+    auto f =
+        parse_fleet(head + R"({"driver_enable": false, "fabric_support": false, "fabric_max_vports": 3}}]})",
+                    "t.json", error);
+    ASSERT_TRUE(f) << error;
+    const NpivSpec &n = f->boards.at(0).npiv;
+    EXPECT_FALSE(n.driver_enable);
+    EXPECT_FALSE(n.fabric_support);
+    EXPECT_EQ(n.fabric_max_vports, 3u);
+    EXPECT_FALSE(parse_fleet(head + R"({"vports": 1}}]})", "t.json", error));
+    EXPECT_NE(error.find("unknown field"), std::string::npos) << error;
+    EXPECT_FALSE(parse_fleet(head + R"({"fabric_max_vports": 65536}}]})", "t.json", error));
+}
