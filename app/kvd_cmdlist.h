@@ -110,14 +110,14 @@
     X("slireadstat", slireadstat, BUILT) \
     X("urevent", uregevent, BUILT) \
     X("vpdinfo", vpdInfo, BUILT) \
-    X("vpcreate", vpcreate, STUB) \
-    X("vpdelete", vpdelete, STUB) \
-    X("vpgetattr", vpgetattr, STUB) \
-    X("vpgetlist", vpgetlist, STUB) \
-    X("vpgetninfo", vpgetninfo, STUB) \
-    X("vpgetphys", vpgetphys, STUB) \
-    X("vpgetres", vpgetres, STUB) \
-    X("vpnpivrdy", vpnpivrdy, STUB) \
+    X("vpcreate", vpcreate, BUILT) \
+    X("vpdelete", vpdelete, BUILT) \
+    X("vpgetattr", vpgetattr, BUILT) \
+    X("vpgetlist", vpgetlist, BUILT) \
+    X("vpgetninfo", vpgetninfo, BUILT) \
+    X("vpgetphys", vpgetphys, BUILT) \
+    X("vpgetres", vpgetres, BUILT) \
+    X("vpnpivrdy", vpnpivrdy, BUILT) \
     X("wffreg", wffreg, BUILT) \
     X("wportattr", wportattr, BUILT) \
     X("wrca", wrca, BUILT) \

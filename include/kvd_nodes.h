@@ -34,7 +34,7 @@ KVD_STATIC_ASSERT(offsetof(NODEINFO, a_targetid) == 24, "a_targetid offset");
 #define KVD_NODE_FABRIC 0x0001 /* a fabric service at a well-known address */
 #define KVD_NODE_FCP 0x0002    /* offers FCP (SCSI target) */
 #define KVD_NODE_MAPPED 0x0004 /* has a SCSI target id */
-#define KVD_NODE_VPORT 0x0008  /* seen by a virtual port */
+#define KVD_NODE_VPORT 0x0008  /* a virtual port of this adapter */
 
 /* a_state values. */
 #define KVD_NODE_STE_PLOGI 0x3    /* logged in */

@@ -57,7 +57,7 @@ int32_t GetNodeInfo(uint32_t board, void *buf)
         [&](Call &, Board &b) -> int32_t {
             if (!online(b))
                 return -1;
-            const std::vector<NODEINFO> nodes = b.nodes->nodes(link_up(b));
+            const std::vector<NODEINFO> nodes = b.npiv->seen_by_board(link_up(b));
             const size_t n = std::min<size_t>(nodes.size(), KVD_NODEINFO_MAX);
             if (n)
                 memcpy(buf, nodes.data(), n * sizeof(NODEINFO));

@@ -26,6 +26,7 @@
 
 #include "kvd_attr.h"
 #include "nodes/nodes.hpp"
+#include "npiv/npiv.hpp"
 #include "scsi/target.hpp"
 
 namespace kvdsim
@@ -518,6 +519,7 @@ constexpr BoardReader kBoardReaders[] = {
     read_diag_section,
     [](BoardReading &r) { read_auth_section(r.board, r.spec); },
     [](BoardReading &r) { read_nodes_section(r.board, r.spec); },
+    [](BoardReading &r) { read_npiv_section(r.board, r.spec); },
 };
 
 BoardSpec read_board(const Json &j, const std::string &place, const Fleet &fleet)

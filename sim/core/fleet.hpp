@@ -14,6 +14,7 @@
 #include "auth/auth_spec.hpp"
 #include "port/port_spec.hpp"
 #include "nodes/nodes_spec.hpp"
+#include "npiv/npiv_spec.hpp"
 #include "scsi/luns.hpp"
 #include "sli4/spec.hpp"
 
@@ -124,6 +125,7 @@ struct BoardSpec {
     ScsiSpec scsi;     // logical units of the FCP targets among the remote ports
     AuthSpec auth;     // FC-SP secrets of remote entities
     NodesSpec nodes;   // VPD and persistent bindings
+    NpivSpec npiv;     // "npiv": driver enable, the fabric's NPIV logins
 };
 
 struct Fleet {

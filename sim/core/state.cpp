@@ -109,6 +109,7 @@ void Library::load()
             b.mgmt = std::make_unique<MgmtEngine>(cfg, b.fw->link().event_tag);
             b.auth = std::make_unique<AuthEngine>(cfg);
             b.nodes = std::make_unique<Nodes>(cfg);
+            b.npiv = std::make_unique<Npiv>(cfg, *b.fabric, *b.nodes, b.events.get());
             mask |= 1u << cfg.number;
         }
     } catch (const std::exception &e) {
@@ -126,6 +127,7 @@ void Library::load()
             b.fabric.reset();
             b.scsi.reset();
             b.sli4.reset();
+            b.npiv.reset();
             b.nodes.reset();
         }
         fleet_.boards.clear();
@@ -140,6 +142,8 @@ void Library::link_changed(void *context, const LinkStatus &link)
     Board *b = static_cast<Board *>(context);
     if (b->events && b->cfg)
         b->events->link_changed(link, b->cfg->wwpn, b->cfg->wwnn);
+    if (b->npiv)
+        b->npiv->link_changed(link.up);
 }
 
 Board *Library::board(uint32_t number)

@@ -23,6 +23,7 @@
 #include "fabric/fabric.hpp"
 #include "mailbox/firmware.hpp"
 #include "nodes/nodes.hpp"
+#include "npiv/npiv.hpp"
 #include "scsi/target.hpp"
 #include "sli4/sli4_engine.hpp"
 #include "core/fleet.hpp"
@@ -50,6 +51,7 @@ struct Board {
     std::unique_ptr<Diag> diag;          // loopback, rings, resets: every board
     std::unique_ptr<AuthEngine> auth;    // FC-SP authentication: every board
     std::unique_ptr<Nodes> nodes;        // nodes, VPD, bindings, target mapping: every board
+    std::unique_ptr<Npiv> npiv;          // NPIV virtual ports: every board
 };
 
 class Library

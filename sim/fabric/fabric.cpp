@@ -137,6 +137,50 @@ uint32_t Fabric::max_payload(const RemotePort *port) const
     return std::min(cfg_.max_frame, port ? port->max_frame : kFportPayload);
 }
 
+bool Fabric::npiv_supported() const
+{
+    return cfg_.topology == Topology::fabric && cfg_.npiv.fabric_support;
+}
+
+size_t Fabric::npiv_logins() const
+{
+    return static_cast<size_t>(
+        std::count_if(registry_.begin(), registry_.end(), [](const Entry &e) { return e.npiv; }));
+}
+
+bool Fabric::npiv_room() const
+{
+    return npiv_logins() < cfg_.npiv.fabric_max_vports;
+}
+
+// FDISC: the next free address of the port's area, counting up from the
+// port's own.
+Fabric::Fdisc Fabric::fdisc(Entry &port)
+{
+    if (!npiv_supported())
+        return Fdisc::no_npiv;
+    if (!npiv_room())
+        return Fdisc::no_resources;
+    const uint32_t area = cfg_.did & 0xFFFF00;
+    for (uint32_t p = (cfg_.did & 0xFF) + 1; p <= 0xFF; ++p) {
+        const uint32_t did = area | p;
+        if (entry(did))
+            continue;
+        port.did = did;
+        port.npiv = true;
+        registry_.insert(std::upper_bound(registry_.begin(), registry_.end(), port,
+                                          [](const Entry &a, const Entry &b) { return a.did < b.did; }),
+                         port);
+        return Fdisc::accepted;
+    }
+    return Fdisc::no_resources;
+}
+
+void Fabric::logo(uint32_t did)
+{
+    std::erase_if(registry_, [&](const Entry &e) { return e.npiv && e.did == did; });
+}
+
 const Fabric::Entry *Fabric::entry(uint32_t did) const
 {
     for (const Entry &e : registry_)

@@ -83,12 +83,24 @@ class Fabric
         Wwn wwpn{};
         Wwn wwnn{};
         std::string symbolic_name;
-        bool fcp = true; // FC-4 type SCSI-FCP registered
+        bool fcp = true;   // FC-4 type SCSI-FCP registered
+        bool npiv = false; // a virtual port behind the board's port (FDISC)
     };
     const std::vector<Entry> &registry() const
     {
         return registry_;
     }
+
+    // NPIV logins of virtual ports behind the board's port. The fabric
+    // gives each an address in the port's own area and holds it in the name
+    // server until its logout.
+    enum class Fdisc { accepted, no_npiv, no_resources };
+    bool npiv_supported() const; // a fabric whose login accept offers NPIV
+    bool npiv_room() const;      // room for one more NPIV login
+    size_t npiv_logins() const;
+    // On acceptance sets port.did and registers the port.
+    Fdisc fdisc(Entry &port);
+    void logo(uint32_t did);
 
   private:
     friend struct FabricCommands;

@@ -361,6 +361,11 @@ bool Firmware::topology_allows(uint16_t link_flags) const
     }
 }
 
+uint32_t Firmware::max_rpi()
+{
+    return kMaxRpi;
+}
+
 LinkStatus Firmware::link() const
 {
     return link_;

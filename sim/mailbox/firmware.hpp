@@ -89,6 +89,8 @@ class Firmware
     static const MailboxRow *command(uint8_t code);
 
     LinkStatus link() const;
+    // Logins (RPIs) the firmware can hold.
+    static uint32_t max_rpi();
     PortCounters counters();           // traffic moves a little on every read
     PortCounters counters_now() const; // as they stand, without moving
     // Frames the port sent and received for a command the host issued

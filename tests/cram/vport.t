@@ -1,0 +1,318 @@
+NPIV virtual ports, on the default fleet and on tests/fleets/npiv.json
+(board 0: two vports at most and a fabric that takes one NPIV login; board
+1: a loop; board 2: NPIV disabled in the driver, a fabric without NPIV;
+board 3: SLI-2, no NPIV). P and N are the names the driver chooses first on
+board 0.
+
+  $ export KVD_SIM_TRACE=$PWD/trace
+  $ F=$KVD_FLEETS/npiv.json
+  $ P=24:00:06:4b:51:e8:00:01 N=28:00:06:4b:51:e8:00:01
+
+A cycle in one process: a ready board, a vport created with chosen names,
+listed, with its attributes and the nodes it sees, shown in nodeinfo, its
+SCSI host mapped to the board, the resources moving, then deleted.
+
+  $ kvd -c vpnpivrdy -c vpgetres -c 'vpcreate 0' -c vpgetlist -c "vpgetattr $P"
+  NPIV Ready checklist: 0xff
+  Driver NPIV enabled : 1
+  SLI NPIV ready mode : 1
+          HBA support : 1
+        HBA resources : 1
+              Link up : 1
+       Point-to-point : 1
+       Fabric support : 1
+     Fabric resources : 1
+  VP Resources: vlinks_max 64  vlinks_inuse 0  rpi_max 512  rpi_inuse 6
+  vport attributes:
+  Version: x3
+  wwpn: 24:00:06:4b:51:e8:00:01
+  wwnn: 28:00:06:4b:51:e8:00:01
+  Name: kvd application vport name
+  Options: x0
+  PortFcId:: x10201
+  State: x4
+  Restrict Login: x0
+  Platform Handle: x7
+  Fabric Name: 10:00:06:4b:51:f0:00:01
+  Dumping 1 vports:
+  VPORT 0:
+    wwpn: 24:00:06:4b:51:e8:00:01
+    wwnn: 28:00:06:4b:51:e8:00:01
+    PortFcId: x10201
+  vport attributes:
+  Version: x3
+  wwpn: 24:00:06:4b:51:e8:00:01
+  wwnn: 28:00:06:4b:51:e8:00:01
+  Name: kvd application vport name
+  Options: x0
+  PortFcId:: x10201
+  State: x4
+  Restrict Login: x0
+  Platform Handle: x7
+  Fabric Name: 10:00:06:4b:51:f0:00:01
+  VPort mode : dynamic 
+  NPIV Ready checklist: 0xff
+  Driver NPIV enabled : 1
+  SLI NPIV ready mode : 1
+          HBA support : 1
+        HBA resources : 1
+              Link up : 1
+       Point-to-point : 1
+       Fabric support : 1
+     Fabric resources : 1
+  $ kvd -c 'vpcreate 0' -c nodeinfo -c vpgetres -c "vpgetninfo $P" -c 'vpgetphys 0x7' | grep -v '^ *wwnn'
+  vport attributes:
+  Version: x3
+  wwpn: 24:00:06:4b:51:e8:00:01
+  Name: kvd application vport name
+  Options: x0
+  PortFcId:: x10201
+  State: x4
+  Restrict Login: x0
+  Platform Handle: x7
+  Fabric Name: 10:00:06:4b:51:f0:00:01
+  Flg  Ste DID hex  DID dec  TargetID WWPName                  WWNName
+     1   6 00fffffe 16777214 ffffffff 10:00:06:4b:51:f0:00:01  10:00:06:4b:51:f0:00:01
+     1   6 00fffffc 16777212 ffffffff 10:00:06:4b:51:f0:00:01  10:00:06:4b:51:f0:00:01
+     8   3 00010201 00066049 ffffffff 24:00:06:4b:51:e8:00:01  28:00:06:4b:51:e8:00:01
+     6   7 00010300 00066304 00000000 21:00:06:4b:51:d0:00:01  20:00:06:4b:51:d0:00:01
+     6   7 00010400 00066560 00000001 21:00:06:4b:51:d0:00:02  20:00:06:4b:51:d0:00:01
+     6   7 00020100 00131328 00000002 21:00:06:4b:51:d1:00:01  20:00:06:4b:51:d1:00:01
+     0   3 00020300 00131840 ffffffff 10:00:06:4b:51:a7:00:44  20:00:06:4b:51:a7:00:44
+  VP Resources: vlinks_max 64  vlinks_inuse 1  rpi_max 512  rpi_inuse 14
+  Dumping 7 nodes:
+  Node 0:
+  type: 1  state: 6
+    fcpId: 0xfffffe  scsiTargetNumber: -1
+    wwpn: 10:00:06:4b:51:f0:00:01
+  Node 1:
+  type: 1  state: 6
+    fcpId: 0xfffffc  scsiTargetNumber: -1
+    wwpn: 10:00:06:4b:51:f0:00:01
+  Node 2:
+  type: 0  state: 3
+    fcpId: 0x010200  scsiTargetNumber: -1
+    wwpn: 10:00:06:4b:51:a0:00:10
+  Node 3:
+  type: 6  state: 7
+    fcpId: 0x010300  scsiTargetNumber: 0
+    wwpn: 21:00:06:4b:51:d0:00:01
+  Node 4:
+  type: 6  state: 7
+    fcpId: 0x010400  scsiTargetNumber: 1
+    wwpn: 21:00:06:4b:51:d0:00:02
+  Node 5:
+  type: 6  state: 7
+    fcpId: 0x020100  scsiTargetNumber: 2
+    wwpn: 21:00:06:4b:51:d1:00:01
+  Node 6:
+  type: 0  state: 3
+    fcpId: 0x020300  scsiTargetNumber: -1
+    wwpn: 10:00:06:4b:51:a7:00:44
+  Vport host7 is on physical vexa0 - host4
+  $ kvd -c 'vpcreate 0' -c "vpdelete 0 $P" -c vpgetlist -c nodeinfo -c vpgetres -c 'vpgetphys 7' | sed 1,11d
+  vport deleted.
+  Dumping 0 vports:
+  Flg  Ste DID hex  DID dec  TargetID WWPName                  WWNName
+     1   6 00fffffe 16777214 ffffffff 10:00:06:4b:51:f0:00:01  10:00:06:4b:51:f0:00:01
+     1   6 00fffffc 16777212 ffffffff 10:00:06:4b:51:f0:00:01  10:00:06:4b:51:f0:00:01
+     6   7 00010300 00066304 00000000 21:00:06:4b:51:d0:00:01  20:00:06:4b:51:d0:00:01
+     6   7 00010400 00066560 00000001 21:00:06:4b:51:d0:00:02  20:00:06:4b:51:d0:00:01
+     6   7 00020100 00131328 00000002 21:00:06:4b:51:d1:00:01  20:00:06:4b:51:d1:00:01
+     0   3 00020300 00131840 ffffffff 10:00:06:4b:51:a7:00:44  20:00:06:4b:51:a7:00:44
+  VP Resources: vlinks_max 64  vlinks_inuse 0  rpi_max 512  rpi_inuse 6
+  vpgetphys: bad host_no specified
+  $ grep '^KVD_VPCreate\|^KVD_VPDeleteV2\|^vpGetPhys' trace | tail -3
+  KVD_VPCreate(board=0, ver=3, wwpn=00:00:00:00:00:00:00:00, wwnn=00:00:00:00:00:00:00:00, options=0x0) = 0 did=0x010201 host=7
+  KVD_VPDeleteV2(board=0, wwpn=24:00:06:4b:51:e8:00:01, options=0x0) = 0
+  vpGetPhys(host=7) = 2
+
+The fabric tells the other ports (the event log): an RSCN to the board's
+port for each vport that comes or goes, a vport RSCN to every other vport.
+
+  $ kvd -c 'vpcreate 0' -c 'vpcreate 0' -c "vpdelete 0 $P" -c 'getevent 10' | sed -n '/deleted/,$p'
+  vport deleted.
+  Event Data1    Data2    Data3    Data4    5 Entries 0 Missed
+  0002  00010201 00000008 00000000 00000000
+  0002  00010202 00000008 00000000 00000000
+  0040  00010202 00000008 2400064b 51e80001
+  0002  00010201 00000008 00000000 00000000
+  0040  00010201 00000008 2400064b 51e80002
+
+Given names are used unless option 0x2 asks the driver to choose; option
+0x1 restricts the vport's logins to targets. The board's own port sees the
+vports that log in with it, and each vport sees the other.
+
+  $ kvd -c "vpcreate 1 2800064b51e90001 2400064b51e90001" -c "vpcreate 2 2800064b51e90002 2400064b51e90002" -c vpgetlist -c 'vpgetninfo 2400064b51e90001' -c nodeinfo | grep -v 'wwnn\|^ *[0-9]  *[67] '
+  vport attributes:
+  Version: x3
+  wwpn: 24:00:06:4b:51:e9:00:01
+  Name: kvd application vport name
+  Options: x1
+  PortFcId:: x10201
+  State: x4
+  Restrict Login: x1
+  Platform Handle: x7
+  Fabric Name: 10:00:06:4b:51:f0:00:01
+  vport attributes:
+  Version: x3
+  wwpn: 24:00:06:4b:51:e8:00:01
+  Name: kvd application vport name
+  Options: x2
+  PortFcId:: x10202
+  State: x4
+  Restrict Login: x0
+  Platform Handle: x8
+  Fabric Name: 10:00:06:4b:51:f0:00:01
+  Dumping 2 vports:
+  VPORT 0:
+    wwpn: 24:00:06:4b:51:e9:00:01
+    PortFcId: x10201
+  VPORT 1:
+    wwpn: 24:00:06:4b:51:e8:00:01
+    PortFcId: x10202
+  Dumping 5 nodes:
+  Node 0:
+  type: 1  state: 6
+    fcpId: 0xfffffe  scsiTargetNumber: -1
+    wwpn: 10:00:06:4b:51:f0:00:01
+  Node 1:
+  type: 1  state: 6
+    fcpId: 0xfffffc  scsiTargetNumber: -1
+    wwpn: 10:00:06:4b:51:f0:00:01
+  Node 2:
+  type: 6  state: 7
+    fcpId: 0x010300  scsiTargetNumber: 0
+    wwpn: 21:00:06:4b:51:d0:00:01
+  Node 3:
+  type: 6  state: 7
+    fcpId: 0x010400  scsiTargetNumber: 1
+    wwpn: 21:00:06:4b:51:d0:00:02
+  Node 4:
+  type: 6  state: 7
+    fcpId: 0x020100  scsiTargetNumber: 2
+    wwpn: 21:00:06:4b:51:d1:00:01
+  Flg  Ste DID hex  DID dec  TargetID WWPName                  WWNName
+     8   3 00010202 00066050 ffffffff 24:00:06:4b:51:e8:00:01  28:00:06:4b:51:e8:00:01
+     0   3 00020300 00131840 ffffffff 10:00:06:4b:51:a7:00:44  20:00:06:4b:51:a7:00:44
+  $ grep '^KVD_VPCreate' trace | tail -1
+  KVD_VPCreate(board=0, ver=3, wwpn=00:00:00:00:00:00:00:00, wwnn=00:00:00:00:00:00:00:00, options=0x2) = 0 did=0x010202 host=8
+
+The link goes down: the vports lose their addresses and the readiness bits
+their link half; a vport made meanwhile waits, and all log in again when
+the link comes back.
+
+  $ echo 0 | kvd -c 'vpcreate 0' -c 'mbox downlink' -c 'vpcreate 0' -c vpgetlist -c vpnpivrdy -c 'mbox initlink' -c vpgetlist | grep 'State\|PortFcId\|checklist'
+  PortFcId:: x10201
+  State: x4
+  PortFcId:: x0
+  State: x1
+    PortFcId: x0
+    PortFcId: x0
+  NPIV Ready checklist: 0x0f
+    PortFcId: x10201
+    PortFcId: x10202
+  $ kvd -c 'vpcreate 0' -c 'mbox downlink' -c "vpgetninfo $P" -c "vpgetattr $P" | grep 'Dumping\|State\|PortFcId'
+  PortFcId:: x10201
+  State: x4
+  Dumping 0 nodes:
+  PortFcId:: x0
+  State: x1
+
+Limits: two vports at most on board 0, whose fabric takes one NPIV login
+(the second vport waits for fabric room); the third is refused.
+
+  $ KVD_SIM_FLEET=$F kvd -c 'vpcreate 0' -c 'vpcreate 0' -c 'vpcreate 0' -c vpgetres -c vpnpivrdy | grep 'PortFcId\|State\|failed\|VP \|checklist\|resources'
+  PortFcId:: xa0101
+  State: x4
+  PortFcId:: x0
+  State: x3
+  vpcreate failed with rc = x1c
+  VP Resources: vlinks_max 2  vlinks_inuse 2  rpi_max 512  rpi_inuse 8
+  NPIV Ready checklist: 0x77
+        HBA resources : 0
+     Fabric resources : 0
+
+Boards that are not ready: a loop, a driver with NPIV disabled behind a
+fabric without it, and an SLI-2 board.
+
+  $ KVD_SIM_FLEET=$F kvd -b 1 -c vpnpivrdy -c 'vpcreate 0' | grep 'checklist\|State\|PortFcId'
+  NPIV Ready checklist: 0x1f
+  PortFcId:: x0
+  State: x2
+  $ KVD_SIM_FLEET=$F kvd -b 2 -c vpnpivrdy -c 'vpcreate 0'
+  NPIV Ready checklist: 0x3c
+  Driver NPIV enabled : 0
+  SLI NPIV ready mode : 0
+          HBA support : 1
+        HBA resources : 1
+              Link up : 1
+       Point-to-point : 1
+       Fabric support : 0
+     Fabric resources : 0
+  vpcreate failed with rc = x5f
+  $ KVD_SIM_FLEET=$F kvd -b 3 -c vpnpivrdy -c 'vpcreate 0' -c vpgetres | grep 'checklist\|rc\|VP'
+  NPIV Ready checklist: 0xf1
+        HBA resources : 0
+     Fabric resources : 1
+  vpcreate failed with rc = x5f
+  VP Resources: vlinks_max 0  vlinks_inuse 0  rpi_max 512  rpi_inuse 2
+
+Refusals keep the status 0 and show the library's code: no such vport, an
+option not defined, a name already in use, a host that is no vport, a
+library failure.
+
+  $ kvd -c "vpgetattr $P" -c "vpdelete 0 $P" -c "vpgetninfo $P" -c 'vpcreate 4' -c 'vpcreate 0 2000064b51a00010' -c 'vpcreate 0 2800064b51e90005 1000064b51a00010' -c 'vpgetphys 4'
+  vpgetattr failed with rc = x2
+  vpdelete failed with rc = x2
+  vpgetninfo failed with rc = x2
+  vpcreate failed with rc = x16
+  vpcreate failed with rc = x11
+  vpcreate failed with rc = x11
+  vpgetphys: bad host_no specified
+  $ kvd -c 'vpcreate 0' -c "vpdelete 1 $P" -c vpgetlist | grep 'failed\|Dumping'
+  vpdelete failed with rc = x16
+  Dumping 1 vports:
+  $ KVD_SIM_FAULT=KVD_VPGetList=5,KVD_VPGetResource=16,KVD_NPIVReadyTest=19 kvd -c vpgetlist -c vpgetres -c vpnpivrdy
+  vpgetlist failed with rc = x5
+  vpgetres failed with rc = x10
+  vpnpivrdy failed with rc = x13
+
+Bad names and word counts.
+
+  $ kvd -c 'vpcreate 0 zz'
+  arg zz - arg length 2 or missing ':'
+  vpcreate: bad wwnn specified
+  [251]
+  $ kvd -c 'vpcreate 0 2800064b51e90001 zz'
+  arg zz - arg length 2 or missing ':'
+  vpcreate: bad wwpn specified
+  [251]
+  $ kvd -c 'vpcreate 2 zz zz' | grep wwpn
+  wwpn: 24:00:06:4b:51:e8:00:01
+  $ kvd -c vpgetattr
+  Usage: vpgetattr wwpn
+  [247]
+  $ kvd -c 'vpgetninfo 1234'
+  arg 1234 - arg length 4 or missing ':'
+  vpgetninfo: bad wwpn specified
+  [251]
+  $ for c in vpcreate 'vpcreate 0 1 2 3' vpdelete 'vpgetattr a b' 'vpgetlist x' vpgetninfo vpgetphys 'vpgetres x' 'vpnpivrdy x'; do kvd -c "$c"; echo $?; done
+  Usage: vpcreate options [wwnn] [wwpn]
+  247
+  Usage: vpcreate options [wwnn] [wwpn]
+  247
+  Usage: vpdelete options wwpn
+  247
+  Usage: vpgetattr wwpn
+  247
+  Usage: vpgetlist
+  247
+  Usage: vpgetninfo wwpn
+  247
+  Usage: vpgetphys host_no
+  247
+  Usage: vpgetres
+  247
+  Usage: vpnpivrdy
+  247
