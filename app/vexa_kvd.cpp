@@ -1,5 +1,6 @@
 // kvd: engineering diagnostic shell for Quellmarsh Fibre Channel and FCoE
 // host bus adapters. Process entry, the interactive loop and option mode.
+#include <errno.h>
 #include <signal.h>
 #include <stdlib.h>
 #include <string.h>
@@ -28,7 +29,11 @@ static void kvd_interactive(char *buffer)
 
     do {
         printf("cmd> ");
-        fflush(stdout);
+        // Output that nobody reads any more ends the shell, as a closed
+        // pipe ends other tools (here when SIGPIPE is blocked or ignored
+        // by whoever started us).
+        if (fflush(stdout) == EOF && errno == EPIPE)
+            quit(NULL, NULL);
         row = getcmd(buffer, KVD_CMDBUF_SIZE, 0);
     } while (row->c_routine(row, NULL) != 1);
     exit(0);
@@ -79,6 +84,9 @@ int main(int argc, char **argv)
     signal(SIGQUIT, quit_on_signal);
     signal(SIGINT, quit_on_signal);
     signal(SIGTERM, quit_on_signal);
+    // A reader that goes away ends the shell, whatever disposition of
+    // SIGPIPE was inherited.
+    signal(SIGPIPE, SIG_DFL);
 
     kvd_bigbuffer = kvd_un.d.bytes;
     kvd_slimbuffer = kvd_un.d.bytes;

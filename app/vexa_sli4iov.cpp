@@ -233,8 +233,9 @@ int32_t download(const char *object_name, const char *file_name, uint32_t count,
 
     // Object offsets are 32-bit: a larger file cannot be an object.
     int rc = stat(file_name, &st);
-    if (rc != 0 || st.st_size == 0 || (uint64_t)st.st_size > UINT32_MAX) {
-        printf("Stat or size error with file: %s size %d\n", file_name, rc != 0 ? 0 : (int32_t)st.st_size);
+    if (rc != 0 || !S_ISREG(st.st_mode) || st.st_size == 0 || (uint64_t)st.st_size > UINT32_MAX) {
+        printf("Stat or size error with file: %s size %d\n", file_name,
+               rc != 0 || !S_ISREG(st.st_mode) ? 0 : (int32_t)st.st_size);
         return 1;
     }
     printf("Stat file: %s rc %d size %d\n", file_name, rc, (int32_t)st.st_size);
@@ -242,7 +243,8 @@ int32_t download(const char *object_name, const char *file_name, uint32_t count,
         printf("File size not a multiple of %d\n", 4);
         return 1;
     }
-    int fd = open(file_name, O_RDONLY);
+    // Not blocking: a FIFO put in the file's place must not stall the shell.
+    int fd = open(file_name, O_RDONLY | O_NONBLOCK);
     if (fd < 0) {
         printf("Cannot open file: %s\n", file_name);
         return 1;
@@ -329,7 +331,9 @@ int32_t sli4iovGetObject(const char *file_name, const char *object_name, uint32_
     uint32_t offset = 0;
     int64_t written = 0;
 
-    int fd = open(file_name, O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW, KVD_IOV_FILE_MODE);
+    // A link at the name is refused rather than followed; a FIFO there
+    // without a reader is refused rather than waited on.
+    int fd = open(file_name, O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW | O_NONBLOCK, KVD_IOV_FILE_MODE);
     if (fd < 0) {
         printf("Cannot create file: %s\n", file_name);
         return 1;

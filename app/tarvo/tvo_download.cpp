@@ -87,7 +87,8 @@ KVD_HANDLER(tvodownload)
     strncpy(name, margv[3], TVO_NAME_MAX);
     name[TVO_NAME_MAX] = '\0';
 
-    int fd = open(name, O_RDONLY);
+    // Not blocking: a FIFO in the image's place is refused below, not waited on.
+    int fd = open(name, O_RDONLY | O_NONBLOCK);
     if (fd < 0) {
         printf("Error: Unable to open <%s>.\n", name);
         return 1;

@@ -81,6 +81,7 @@ uint32_t KVD_GetAuthConfig(uint32_t board, ZRT_FCSP_CONFIG *config)
         "KVD_GetAuthConfig", board, kErrnoFamily, config,
         [&](TraceLine &t) { t.arg("board", board).arg_ptr("config", config); },
         [&](Call &c, Board &b) -> uint32_t {
+            c.out(config, sizeof *config);
             ZRT_FCSP_CONFIG copy;
             std::memcpy(&copy, config, sizeof copy);
             AuthRequest r{wwn_of(copy.local_entity), wwn_of(copy.remote_entity), span_of(copy), {}};
@@ -141,6 +142,7 @@ uint32_t KVD_GetAuthPassword(uint32_t board, ZRT_AUTH_PASSWD *password)
         "KVD_GetAuthPassword", board, kErrnoFamily, password,
         [&](TraceLine &t) { t.arg("board", board).arg_ptr("password", password); },
         [&](Call &c, Board &b) -> uint32_t {
+            c.out(password, sizeof *password);
             ZRT_AUTH_PASSWD copy;
             std::memcpy(&copy, password, sizeof copy);
             const ZRT_AUTH_PASSWD shown = masked(copy);
@@ -194,6 +196,7 @@ uint32_t KVD_GetAuthStatus(uint32_t board, KVD_AuthStatus *status, HBA_WWN *remo
         [&](Call &c, Board &b) -> uint32_t {
             if (!remote)
                 return EFAULT;
+            c.out(status, sizeof *status);
             KVD_AuthStatus copy;
             std::memcpy(&copy, status, sizeof copy);
             AuthRequest r{{}, {}, span_of(copy), {}};
@@ -223,6 +226,7 @@ uint32_t KVD_GetAuthConfigList(uint32_t board, uint64_t local_entity, KVD_AuthCo
             c.line.arg("room", room);
             if (room > kListMax)
                 room = kListMax;
+            c.out(list, KVD_AUTHLIST_SIZE(room));
             std::vector<uint8_t> copy(KVD_AUTHLIST_SIZE(room));
             std::memcpy(copy.data(), &room, 4);
             AuthRequest r{local, {}, copy, {}};

@@ -27,6 +27,7 @@ namespace
 __attribute__((constructor)) void library_loaded()
 {
     load_faults_from_env();
+    load_hostile_from_env();
     open_trace_from_env();
 }
 
@@ -80,6 +81,7 @@ template <class Entry, class Fill> uint32_t open_env(Call &c, Entry *table, uint
         driver_fields(c.lib, table[0]);
     }
     c.line.result(filled);
+    c.out(table, sizeof(Entry) * entries);
     if (table)
         c.line.bytes("out", table, sizeof(Entry) * entries);
     return filled;
@@ -138,6 +140,7 @@ uint32_t KVD_GetLibVer(char *version)
         [&](Call &c) -> uint32_t {
             if (!version)
                 return EFAULT;
+            c.out(version, 32);
             c.lib.load();
             const std::string &text = c.lib.fleet().library_version.empty()
                                           ? std::string(kDefaultLibraryVersion)

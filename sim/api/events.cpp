@@ -71,7 +71,8 @@ uint32_t RegisterForCTEvents(uint32_t board, uint16_t ct_value, kvd_ct_event_fn 
                 .arg_hex("context", context)
                 .arg_ptr("pending", pending);
         },
-        [&](Call &, Board &) -> uint32_t {
+        [&](Call &c, Board &) -> uint32_t {
+            c.out(pending, sizeof *pending);
             if (!callback)
                 return 0;
             const uint32_t id = Dispatcher::instance().subscribe(
@@ -94,6 +95,8 @@ uint32_t GetEventBuffer(uint32_t board, void *buffer, int32_t *count)
         [&](Call &c, Board &b) -> uint32_t {
             if (*count < 0)
                 return EINVAL;
+            c.out(buffer, static_cast<size_t>(*count) * sizeof(KVD_EVENT_ENTRY));
+            c.out(count, sizeof *count);
             if (*count > 0 && !buffer)
                 return EFAULT;
             auto *out = static_cast<KVD_EVENT_ENTRY *>(buffer);
@@ -111,6 +114,7 @@ uint32_t GetMissedEventsCount(uint32_t board, uint32_t *count)
     return board_call<uint32_t>(
         "GetMissedEventsCount", board, kErrnoFamily, count, [&](TraceLine &t) { t.arg("board", board); },
         [&](Call &c, Board &b) -> uint32_t {
+            c.out(count, sizeof *count);
             *count = b.events->take_missed();
             c.line.result(0).tag("missed", std::to_string(*count).c_str());
             return 0;

@@ -25,8 +25,9 @@ namespace
 
 // Puts the returned record on the trace line (only on success) after the
 // result, and the record as received before it when the call reads one.
-template <class R> R traced(Call &c, R rc, const void *record, size_t size, const void *received = nullptr)
+template <class R> R traced(Call &c, R rc, void *record, size_t size, const void *received = nullptr)
 {
+    c.out(record, size);
     c.line.result(rc);
     if (received)
         c.line.bytes("in", received, size);

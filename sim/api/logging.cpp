@@ -51,6 +51,7 @@ uint32_t KVD_GetDriverLogMask(uint32_t board, uint32_t *mask)
         "KVD_GetDriverLogMask", board, kErrnoFamily, mask,
         [&](TraceLine &t) { t.arg("board", board).arg_ptr("mask", mask); },
         [&](Call &c, Board &b) -> uint32_t {
+            c.out(mask, sizeof *mask);
             uint32_t out = 0;
             PortCommand cmd{*b.fw, {reinterpret_cast<uint8_t *>(&out), sizeof out}};
             const int32_t rc = port_request(c, b, kPortGetLogMask, cmd);

@@ -32,7 +32,9 @@ uint32_t KVD_RunLoopbackTest(uint32_t board, LOOPBACK *loopback)
             if (loopback)
                 t.arg("size", loopback->bufSize);
         },
-        [&](Call &, Board &b) {
+        [&](Call &c, Board &b) {
+            // The frames received land in the caller's receive buffer.
+            c.out(loopback->RcvBuffer, loopback->bufSize);
             ProcessMemory mem;
             return b.diag->run_loopback(*loopback, mem);
         });
@@ -57,6 +59,8 @@ uint32_t KVD_GetSliImage(uint32_t board, void *buffer, uint32_t *length)
                 return EFAULT;
             if (*length < sizeof(kvdsli_t))
                 return EINVAL;
+            c.out(buffer, *length);
+            c.out(length, sizeof *length);
             *length = b.diag->image({static_cast<uint8_t *>(buffer), *length});
             c.line.result(0).bytes("out", buffer, sizeof(kvdsli_t));
             return 0;

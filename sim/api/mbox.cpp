@@ -35,6 +35,8 @@ int32_t issue(Call &c, Board &b, MAILBOX *mb, bool counts_ok, uint32_t words_in,
 {
     if (!counts_ok)
         return EINVAL;
+    // The caller's words: the record, and the reply tail or payload after it.
+    c.out(mb, size_t{words_out > total_words ? words_out : total_words} * 4);
     // Reply words past the record (plain call) travel as the payload.
     const bool reply_tail = words_out > MAILBOX_WORDS;
     if (reply_tail) {

@@ -41,6 +41,7 @@ HBA_STATUS GetRNIDMgmtInfo(uint32_t board, HBA_MGMTINFO *info)
     return board_call<HBA_STATUS>(
         "GetRNIDMgmtInfo", board, kHbaFamily, info, [&](TraceLine &t) { t.arg("board", board); },
         [&](Call &c, Board &b) -> HBA_STATUS {
+            c.out(info, sizeof *info);
             *info = b.mgmt->info(link_view(b));
             c.line.result(0).bytes("out", info, sizeof *info);
             return HBA_STATUS_OK;
@@ -71,6 +72,8 @@ HBA_STATUS SendRNID(uint32_t board, HBA_WWN wwn, uint32_t type, void *reply, uin
         [&](Call &c, Board &b) -> HBA_STATUS {
             if (!length)
                 return HBA_STATUS_ERROR_ARG;
+            c.out(reply, *length);
+            c.out(length, sizeof *length);
             if (firmware_busy(b))
                 return HBA_STATUS_ERROR_BUSY;
             KVD_RNID_ACC acc;
@@ -100,6 +103,7 @@ HBA_STATUS GetEventsCount(uint32_t board, uint32_t *count)
     return board_call<HBA_STATUS>(
         "GetEventsCount", board, kHbaFamily, count, [&](TraceLine &t) { t.arg("board", board); },
         [&](Call &c, Board &b) -> HBA_STATUS {
+            c.out(count, sizeof *count);
             *count = b.mgmt->events(link_view(b));
             c.line.result(0).bytes("out", count, sizeof *count);
             return HBA_STATUS_OK;

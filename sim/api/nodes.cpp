@@ -36,6 +36,7 @@ template <class Entry, class Mapping>
 HBA_STATUS hand_over(Call &c, const std::vector<HBA_FCPSCSIENTRYV2> &all, Mapping *mapping)
 {
     const uint32_t room = mapping->NumberOfEntries;
+    c.out(mapping, offsetof(Mapping, entry) + size_t{room} * sizeof(Entry));
     const size_t n = std::min<size_t>(room, all.size());
     for (size_t i = 0; i < n; ++i) {
         Entry e;
@@ -54,7 +55,8 @@ int32_t GetNodeInfo(uint32_t board, void *buf)
 {
     return board_call<int32_t>(
         "GetNodeInfo", board, kCountFamily, buf, [&](TraceLine &t) { t.arg("board", board); },
-        [&](Call &, Board &b) -> int32_t {
+        [&](Call &c, Board &b) -> int32_t {
+            c.out(buf, KVD_NODEINFO_MAX * sizeof(NODEINFO));
             if (!online(b))
                 return -1;
             const std::vector<NODEINFO> nodes = b.npiv->seen_by_board(link_up(b));
@@ -74,7 +76,8 @@ uint32_t GetVPDInfo(uint32_t board, VPD *vpd)
             if (vpd)
                 t.arg("version", vpd->version);
         },
-        [&](Call &, Board &b) -> uint32_t {
+        [&](Call &c, Board &b) -> uint32_t {
+            c.out(vpd, sizeof *vpd);
             if (vpd->version != KVD_VPD_VERSION)
                 return EINVAL;
             if (!online(b))
@@ -102,6 +105,7 @@ uint32_t GetFcpBindList(uint32_t board, HBA_BIND_LIST *list)
                 return HBA_STATUS_ERROR_BUSY;
             const std::vector<HBA_BIND_ENTRY> &all = b.nodes->bindings();
             const uint32_t room = list->NumberOfEntries;
+            c.out(list, offsetof(HBA_BIND_LIST, entry) + size_t{room} * sizeof(HBA_BIND_ENTRY));
             const size_t n = std::min<size_t>(room, all.size());
             if (n)
                 memcpy(list->entry, all.data(), n * sizeof(HBA_BIND_ENTRY));

@@ -31,6 +31,7 @@ uint32_t change_region(Call &c, Board &b, uint32_t region, uint16_t *mbx_status,
                        uint32_t in_len, Change change)
 {
     const RegionRow *row = region_row(region);
+    c.out(mbx_status, sizeof *mbx_status);
     auto done = [&](uint16_t status, uint32_t rc) {
         *mbx_status = status;
         c.line.result(rc);

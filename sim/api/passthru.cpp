@@ -81,6 +81,8 @@ uint32_t KVD_SendELSCmd(uint32_t board, KVD_ELS_DEST *dest, void *req, uint32_t 
             if (!req || !rsp_size || req_size < 4 || req_size > kRequestMax || (!rsp && *rsp_size) ||
                 dest->addrType != KVD_ELS_ADDR_DID)
                 return EINVAL;
+            c.out(rsp, *rsp_size);
+            c.out(rsp_size, sizeof *rsp_size);
             if (uint32_t rc = port_state<uint32_t>(b, EBUSY, ENOLINK))
                 return rc;
             const auto *p = static_cast<const uint8_t *>(req);
@@ -126,6 +128,8 @@ HBA_STATUS SendCTPassThru(uint32_t board, void *req, uint32_t req_size, void *rs
         [&](Call &c, Board &b) -> HBA_STATUS {
             if (!rsp_size || req_size < sizeof(KVD_CT_HDR) || req_size > kRequestMax || (!rsp && *rsp_size))
                 return HBA_STATUS_ERROR_ARG;
+            c.out(rsp, *rsp_size);
+            c.out(rsp_size, sizeof *rsp_size);
             if (HBA_STATUS rc =
                     port_state<HBA_STATUS>(b, HBA_STATUS_ERROR_BUSY, HBA_STATUS_ERROR_UNAVAILABLE))
                 return rc;
@@ -165,6 +169,8 @@ uint32_t SendMgmtCommand(uint32_t board, HBA_WWN *wwpn, void *req, uint32_t req_
             if (!rsp_size)
                 return EINVAL;
             const uint32_t room = *rsp_size;
+            c.out(rsp, room);
+            c.out(rsp_size, sizeof *rsp_size);
             *rsp_size = 0;
             if (!wwpn || req_size == 0 || req_size > kRequestMax || (!rsp && room))
                 return EINVAL;

@@ -38,6 +38,8 @@ int32_t request(Call &c, Board &b, uint32_t code, PortCommand &cmd)
 // back on success.
 template <class R> uint32_t record_request(Call &c, Board &b, uint32_t code, R *record, bool writes)
 {
+    if (writes)
+        c.out(record, sizeof *record);
     R copy;
     std::memcpy(&copy, record, sizeof copy);
     const R received = copy;
@@ -54,6 +56,7 @@ template <class R> uint32_t record_request(Call &c, Board &b, uint32_t code, R *
 // A request that only answers a value of type V.
 template <class V> uint32_t value_request(Call &c, Board &b, uint32_t code, V *value)
 {
+    c.out(value, sizeof *value);
     V out{};
     PortCommand cmd{*b.fw, {reinterpret_cast<uint8_t *>(&out), sizeof out}};
     const int32_t rc = request(c, b, code, cmd);
@@ -150,6 +153,8 @@ uint32_t KVD_IssueDumpMBox(uint32_t board, uint32_t type, uint32_t index, uint32
             if (!buffer)
                 return EFAULT;
             const uint32_t room = *length < KVD_DUMP_MAX ? *length : KVD_DUMP_MAX;
+            c.out(buffer, room);
+            c.out(length, sizeof *length);
             std::vector<uint8_t> data(room);
             PortCommand cmd{*b.fw, {data.data(), data.size()}};
             cmd.args[0] = type;

@@ -52,6 +52,7 @@ uint32_t KVD_ReadPciCfg(uint32_t board, uint8_t *buffer, uint32_t offset, uint32
         [&](Call &c, Board &b) -> uint32_t {
             if (!b.pci->config().read(offset, buffer, count))
                 return EINVAL;
+            c.out(buffer, count);
             c.line.result(0).bytes("out", buffer, count);
             return 0;
         });
@@ -79,6 +80,7 @@ uint32_t ReadCtlReg(uint32_t board, uint32_t *value, uint32_t offset)
             auto v = b.pci->read_reg(offset, firmware_view(b));
             if (!v)
                 return EINVAL;
+            c.out(value, sizeof *value);
             *value = *v;
             c.line.result(0).bytes("out", value, sizeof *value);
             return 0;
@@ -129,6 +131,7 @@ uint32_t ReadMem(uint32_t board, uint8_t *buffer, uint32_t offset, uint32_t coun
         [&](Call &c, Board &b) -> uint32_t {
             if (!b.pci->read_mem(offset, buffer, count))
                 return EINVAL;
+            c.out(buffer, count);
             c.line.result(0).bytes("out", buffer, count);
             return 0;
         });
@@ -272,6 +275,8 @@ uint32_t KVD_GetDriverDumpRegion(uint32_t board, uint32_t region, uint8_t *buffe
         [&](Call &c, Board &b) -> uint32_t {
             if (!length)
                 return EFAULT;
+            c.out(buffer, *length);
+            c.out(length, sizeof *length);
             std::vector<uint8_t> data;
             if (uint32_t rc = driver_region(b, region, data))
                 return rc;
@@ -301,6 +306,9 @@ uint32_t getRegionData(uint32_t board, uint32_t type, uint32_t region, uint32_t 
                 return EFAULT;
             if (type != KVD_REGION_TYPE_CONFIG || *size > KVD_REGION_MAX)
                 return EINVAL;
+            c.out(buffer, *size);
+            c.out(size, sizeof *size);
+            c.out(mbx_status, sizeof *mbx_status);
             // Regions come through the firmware's dump-memory command.
             const RegionRow *row = region_row(region);
             auto refuse = [&](uint16_t status, uint32_t rc) {

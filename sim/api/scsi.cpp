@@ -140,6 +140,10 @@ struct ScsiCall {
     {
         if (!wwpn || !data_size || !sense_size || (!data && *data_size) || (!sense && *sense_size))
             return Outcome::bad_arg;
+        c.out(data, *data_size);
+        c.out(const_cast<uint32_t *>(data_size), sizeof *data_size);
+        c.out(sense, *sense_size);
+        c.out(const_cast<uint32_t *>(sense_size), sizeof *sense_size);
         if (b.fw->state() != BoardState::ready)
             return Outcome::offline;
         if (!b.fw->link().up)

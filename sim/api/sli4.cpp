@@ -51,6 +51,8 @@ int32_t IssueInternalMboxWithRetryEx(uint32_t board, MAILBOX *mb, void *extensio
                 return EFAULT;
             if (extension_words > kExtensionWordsMax)
                 return EINVAL;
+            c.out(mb, MAILBOX_SIZE);
+            c.out(extension, size_t{extension_words} * 4);
             uint8_t record[MAILBOX_SIZE];
             memcpy(record, mb, sizeof record);
             uint8_t received[MAILBOX_SIZE];

@@ -45,6 +45,8 @@ uint32_t KVD_SendTarvoCommand(uint32_t board, void *cmd, uint32_t cmd_len, void 
         [&](Call &c, Board &b) -> uint32_t {
             if (!cmd || !rsp || !rsp_len || cmd_len > kCommandMax)
                 return TARVO_ERR_GENERAL;
+            c.out(rsp, offered > kResponseMax ? kResponseMax : offered);
+            c.out(rsp_len, sizeof *rsp_len);
             if (!b.asic)
                 return TARVO_ERR_INVALID_ADAPTER;
             if (b.fw->state() != BoardState::ready)

@@ -15,8 +15,9 @@
 //
 // The work returns its result; to put records on the line it calls
 // c.line.result(rc) itself and adds them (the frame then only ends the
-// line). The release calls (KVD_FreeDiagEnv, unRegisterForEvent) run in
-// signal handlers and take no lock: they keep their own lock-free frame.
+// line). The work declares each record it hands back with c.out(p, size);
+// hostile mode (sim/core/hostile.hpp) spoils them after the work. The release calls (KVD_FreeDiagEnv,
+// unRegisterForEvent) run in signal handlers and take no lock: they keep their own lock-free frame.
 #pragma once
 
 #include <cerrno>
@@ -65,7 +66,9 @@ R board_frame(const char *name, uint32_t board, const CallFamily &family, bool n
             return end_call(c, static_cast<R>(family.no_board));
         if (need_record && !record)
             return end_call(c, static_cast<R>(family.no_record));
-        return end_call(c, static_cast<R>(work(c, *b)));
+        const R rc = static_cast<R>(work(c, *b));
+        c.spoil(static_cast<int64_t>(rc));
+        return end_call(c, rc);
     } catch (...) {
         return static_cast<R>(family.no_memory);
     }
@@ -97,7 +100,9 @@ R library_call(const char *name, const CallFamily &family, Args &&args, Work &&w
         args(c.line);
         if (auto f = c.fault_boardless())
             return static_cast<R>(*f);
-        return end_call(c, static_cast<R>(work(c)));
+        const R rc = static_cast<R>(work(c));
+        c.spoil(static_cast<int64_t>(rc));
+        return end_call(c, rc);
     } catch (...) {
         return static_cast<R>(family.no_memory);
     }

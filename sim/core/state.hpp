@@ -14,6 +14,7 @@
 #include <string>
 
 #include "core/fault.hpp"
+#include "core/hostile.hpp"
 #include "diag/diag.hpp"
 #include "events/events.hpp"
 #include "asic/asic.hpp"
@@ -114,11 +115,43 @@ class Call
         return fault_for(FaultRules::kNoBoard);
     }
 
+    // Declares a record the call hands back to its caller: `size` bytes of
+    // the caller's memory at `p` (null or empty: nothing). Hostile mode
+    // overwrites exactly these spans once the work is done. Call it before
+    // the work changes a size the caller passed in.
+    void out(void *p, size_t size)
+    {
+        if (p && size && outs_ < kMaxOuts)
+            out_[outs_++] = {p, size};
+    }
+    // Overwrites the declared records if hostile mode names this call; the
+    // trace line gets the result `rc` first unless the work put it there.
+    void spoil(int64_t rc)
+    {
+        HostileRules &h = library_hostile();
+        if (outs_ == 0 || !h.wants(name_))
+            return;
+        Hostile pat = h.next_call();
+        if (!line.has_result())
+            line.result(rc);
+        for (int i = 0; i < outs_; ++i)
+            hostile_fill(pat, out_[i].p, out_[i].size);
+        line.tag("hostile", hostile_name(pat));
+    }
+
     Library &lib;
     std::lock_guard<std::mutex> lock;
     TraceLine line;
 
   private:
+    static constexpr int kMaxOuts = 4;
+    struct Span {
+        void *p;
+        size_t size;
+    };
+    Span out_[kMaxOuts] = {};
+    int outs_ = 0;
+
     std::optional<int64_t> fault_for(int32_t board)
     {
         auto hit = library_faults().match(name_, board);

@@ -250,12 +250,24 @@ bool Dispatcher::call(int i, const Event &e)
 
     uint8_t payload[BoardEvents::kMaxPayload];
     const size_t room = std::min<size_t>(size ? size : sizeof payload, sizeof payload);
-    const uint32_t len = static_cast<uint32_t>(std::min(e.payload.size(), ct ? sizeof payload : room));
+    uint32_t len = static_cast<uint32_t>(std::min(e.payload.size(), ct ? sizeof payload : room));
     if (len)
         std::memcpy(payload, e.payload.data(), len);
+    LINKINFO info = e.link;
+    uint32_t temp_type = e.temp_type;
+    uint32_t celsius = static_cast<uint32_t>(e.celsius);
+    // Hostile mode: the records fill their whole room with the pattern, so
+    // every count and length inside them points past the record.
+    if (library_hostile().wants_events()) {
+        const Hostile pat = library_hostile().next_event();
+        len = static_cast<uint32_t>(ct ? sizeof payload : room);
+        hostile_fill(pat, payload, len);
+        hostile_fill(pat, &info, sizeof info);
+        hostile_fill(pat, &temp_type, sizeof temp_type);
+        hostile_fill(pat, &celsius, sizeof celsius);
+    }
     switch (e.kind) {
     case FC_REG_LINK_EVENT: {
-        LINKINFO info = e.link;
         reinterpret_cast<kvd_link_event_fn>(fn)(e.board, &info);
         break;
     }
@@ -266,8 +278,7 @@ bool Dispatcher::call(int i, const Event &e)
         reinterpret_cast<kvd_vport_rscn_event_fn>(fn)(e.board, e.vport, payload, len);
         break;
     case FC_REG_TEMPERATURE_EVENT:
-        reinterpret_cast<kvd_temperature_event_fn>(fn)(e.board, e.temp_type,
-                                                       static_cast<uint32_t>(e.celsius));
+        reinterpret_cast<kvd_temperature_event_fn>(fn)(e.board, temp_type, celsius);
         break;
     case FC_REG_CT_EVENT:
         reinterpret_cast<kvd_ct_event_fn>(fn)(e.board, e.ct_value, payload, len, e.tag,
