@@ -108,6 +108,7 @@ uint32_t KVD_VPCreate(uint32_t board, const char *name, KVD_VPATTRIB *attributes
                     .arg_hex("options", attributes->options);
         },
         [&](Call &c, Board &b) -> uint32_t {
+            c.out(attributes, sizeof *attributes);
             if (attributes->ver != KVD_VPATTRIB_VERSION || (attributes->options & ~kCreateOptions))
                 return EINVAL;
             if (!online(b))
@@ -153,7 +154,8 @@ uint32_t KVD_VPGetAttrib(uint32_t board, HBA_WWN wwpn, KVD_VPATTRIB *attributes)
     return board_call<uint32_t>(
         "KVD_VPGetAttrib", board, kErrnoFamily, attributes,
         [&](TraceLine &t) { t.arg("board", board).arg_wwn("wwpn", wwpn.wwn); },
-        [&](Call &, Board &b) -> uint32_t {
+        [&](Call &c, Board &b) -> uint32_t {
+            c.out(attributes, sizeof *attributes);
             if (attributes->ver != KVD_VPATTRIB_VERSION)
                 return EINVAL;
             if (!online(b))
@@ -180,6 +182,7 @@ uint32_t KVD_VPGetList(uint32_t board, KVD_VPENTRYLIST *list)
                 return EBUSY;
             const std::vector<Vport> &all = b.npiv->vports();
             const uint32_t room = list->numberOfEntries;
+            c.out(list, offsetof(KVD_VPENTRYLIST, vpentry) + size_t{room} * sizeof(KVD_VPENTRY));
             const size_t n = std::min<size_t>(room, all.size());
             auto *base = reinterpret_cast<uint8_t *>(list) + offsetof(KVD_VPENTRYLIST, vpentry);
             for (size_t i = 0; i < n; ++i) {
@@ -218,6 +221,7 @@ uint32_t KVD_GetAllNodeInfoByWWN(uint32_t board, HBA_WWN wwpn, KVD_GETNODEINFO *
                 return ENOENT;
             }
             const uint32_t room = list->numberOfEntries;
+            c.out(list, offsetof(KVD_GETNODEINFO, nodeInfo) + size_t{room} * sizeof(KVD_NODEINFOENTRY));
             const size_t n = std::min<size_t>(room, nodes.size());
             auto *base = reinterpret_cast<uint8_t *>(list) + offsetof(KVD_GETNODEINFO, nodeInfo);
             for (size_t i = 0; i < n; ++i) {
@@ -241,7 +245,8 @@ uint32_t KVD_VPGetResource(uint32_t board, KVD_VPRESOURCE *resource)
 {
     return board_call<uint32_t>(
         "KVD_VPGetResource", board, kErrnoFamily, resource, [&](TraceLine &t) { t.arg("board", board); },
-        [&](Call &, Board &b) -> uint32_t {
+        [&](Call &c, Board &b) -> uint32_t {
+            c.out(resource, sizeof *resource);
             if (!online(b))
                 return EBUSY;
             resource->vlinks_max = b.npiv->max_vports();
@@ -259,6 +264,7 @@ uint32_t KVD_NPIVReadyTest(uint32_t board, uint32_t *checklist)
         [&](Call &c, Board &b) -> uint32_t {
             if (!online(b))
                 return EBUSY;
+            c.out(checklist, sizeof *checklist);
             *checklist = b.npiv->checklist(link_up(b));
             char text[16];
             snprintf(text, sizeof text, "0x%02x", *checklist);
@@ -276,6 +282,8 @@ uint32_t vpGetPhys(uint32_t host, uint32_t *instance, uint32_t *physical_host)
                 return ENXIO;
             if (!instance || !physical_host)
                 return EFAULT;
+            c.out(instance, sizeof *instance);
+            c.out(physical_host, sizeof *physical_host);
             for (uint32_t i = 0; i < KVD_MAX_BOARDS; ++i) {
                 const Board *b = c.lib.board(i);
                 if (!b)
