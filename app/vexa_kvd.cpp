@@ -26,9 +26,9 @@ static void kvd_interactive(char *buffer)
            kvd_un.brdaddr[0].a_offmask, drvrid);
     kvd_list_adapters();
 
+    (void)kvd_lineedit_start("kvd");
     do {
-        printf("cmd> ");
-        fflush(stdout);
+        kvd_show_prompt(KVD_CMD_PROMPT);
         row = getcmd(buffer, KVD_CMDBUF_SIZE, 0);
     } while (row->c_routine(row, NULL) != 1);
     exit(0);
