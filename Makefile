@@ -5,8 +5,8 @@ BUILD      ?= build
 ASAN_BUILD ?= build-asan
 TSAN_BUILD ?= build-tsan
 JOBS       ?= $(shell nproc 2>/dev/null || echo 2)
-# make install: PREFIX and DESTDIR as usual; make uninstall removes what the
-# last install from $(BUILD) wrote, as CMake listed it.
+# make install: PREFIX and DESTDIR as usual; make uninstall (with the same
+# DESTDIR) removes what the last install from $(BUILD) wrote, as CMake listed it.
 PREFIX           ?= /usr/local
 DESTDIR          ?=
 INSTALL_MANIFEST ?= $(BUILD)/install_manifest.txt
@@ -55,9 +55,9 @@ install: build
 # Removes each file listed, then the folders of our own (.../kvd) left empty.
 uninstall:
 	@[ -f "$(INSTALL_MANIFEST)" ] || { echo "uninstall: no $(INSTALL_MANIFEST): nothing installed from $(BUILD)" >&2; exit 1; }
-	@while IFS= read -r f; do rm -fv "$$f"; done < "$(INSTALL_MANIFEST)"
+	@while IFS= read -r f || [ -n "$$f" ]; do rm -fv "$(DESTDIR)$$f"; done < "$(INSTALL_MANIFEST)"
 	@sed 's|/[^/]*$$||' "$(INSTALL_MANIFEST)" | sort -u | while IFS= read -r d; do \
-	    case "$$d" in */kvd) rmdir "$$d" 2>/dev/null || true;; esac; done
+	    case "$$d" in */kvd) rmdir "$(DESTDIR)$$d" 2>/dev/null || true;; esac; done
 	@rm -f "$(INSTALL_MANIFEST)"
 
 $(ASAN_BUILD)/CMakeCache.txt:

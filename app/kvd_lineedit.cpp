@@ -146,8 +146,8 @@ static void kvd_match_table(kvd_matches *m, const cmdinfo *table, int count, int
 {
     for (int i = 0; i < count; i++) {
         const char *word = table[i].c_string;
-        // the fallback row and the host-shell row are not words to offer
-        if (skip_builtin && (strncmp(word, "inval", 5) == 0 || word[0] == '!'))
+        // the fallback rows and the host-shell row are not words to offer
+        if (strstr(word, "inval") != NULL || (skip_builtin && word[0] == '!'))
             continue;
         kvd_match_add(m, word, 0);
     }

@@ -13,7 +13,7 @@ static void kvd_list(const char *name, const cmdinfo *table, int count)
     printf("_kvd_%s='", name);
     for (int i = 0, n = 0; i < count; i++) {
         const char *word = table[i].c_string;
-        if (strcmp(word, "inval") == 0 || word[0] == '!')
+        if (strstr(word, "inval") != NULL || word[0] == '!') // fallback rows, host shell
             continue;
         printf("%s%s", n++ ? " " : "", word);
     }

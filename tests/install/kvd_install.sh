@@ -21,8 +21,8 @@ lib=$(ls "$root"/usr/lib/*/kvd/libkvd.so.3 "$root"/usr/lib/kvd/libkvd.so.3 2>/de
 [ -z "$(find "$root" -name 'libkvd.so')" ] || fail "a development link was installed"
 readelf -d "$bin" | grep -q 'RUNPATH.*\$ORIGIN/\.\./lib' || fail "kvd has no \$ORIGIN RUNPATH"
 # the installed library, not the build tree's, answers
-[ "$(env -u LD_LIBRARY_PATH ldd "$bin" | awk '/libkvd.so.3/ {print $3}')" = "$(readlink -f "$lib")" ] ||
-    [ "$(env -u LD_LIBRARY_PATH ldd "$bin" | awk '/libkvd.so.3/ {print $3}')" = "$lib" ] ||
+found=$(env -u LD_LIBRARY_PATH ldd "$bin" | awk '/libkvd.so.3/ {print $3}')
+[ -n "$found" ] && [ "$(readlink -f "$found")" = "$(readlink -f "$lib")" ] ||
     fail "kvd does not find the installed libkvd: $(ldd "$bin" | grep libkvd)"
 out=$(echo quit | env -u KVD_SIM_FLEET "$bin")
 status=$?
@@ -51,7 +51,7 @@ got=$(bash -c '
 ' _ "$comp")
 want='complete -F _kvd kvd
 [-a][-b][-c][-h]
-[3]
+[3][30][31]
 [mbox]
 [mbox rdrcfg][mbox rdrpi][mbox rdrev][mbox rdrev2]
 [set lines]
@@ -60,7 +60,7 @@ want='complete -F _kvd kvd
 [ "$got" = "$want" ] || fail "completion: got
 $got"
 
-make -s --no-print-directory -C "$src" uninstall BUILD="$build" INSTALL_MANIFEST="$manifest" >/dev/null ||
+make -s --no-print-directory -C "$src" uninstall BUILD="$build" DESTDIR="$root" INSTALL_MANIFEST="$manifest" >/dev/null ||
     fail "make uninstall"
 left=$(find "$root" -type f -o -type l)
 [ -z "$left" ] || fail "left after uninstall: $left"
