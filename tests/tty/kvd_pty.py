@@ -12,6 +12,7 @@ Usage: kvd_pty.py path/to/kvd
 import os
 import select
 import signal
+import subprocess
 import sys
 import tempfile
 import termios
@@ -173,6 +174,19 @@ def main():
     s.wait()
     s.close()
     check("no history without a home", not os.path.exists(os.path.join(work, "nohome")))
+
+    # Progress of an object read on a terminal's standard error only.
+    master, slave = os.openpty()
+    out = os.path.join(work, "object.bin")
+    run = subprocess.run([KVD, "-b", "2", "-c", "sli4iov read %s /prg/wol.prg 2 1024" % out],
+                         stdout=subprocess.PIPE, stderr=slave, env=dict(os.environ, HOME=home))
+    os.close(slave)
+    shown = os.read(master, 4096).decode(errors="replace")
+    os.close(master)
+    size = os.path.getsize(out)
+    check("progress on the terminal", shown.endswith("/prg/wol.prg: %d bytes\r\n" % size), shown)
+    check("stdout without progress", b"\r" not in run.stdout and b"Wrote %d bytes" % size in run.stdout,
+          run.stdout)
 
     for f in FAILURES:
         print("FAIL", f)
