@@ -97,7 +97,12 @@ def main():
     # First session: editing, recall, completion, prompts; left with quit.
     s = Session(home, trace, cwd=files)
     s.read_until("cmd> ")
-    raw = termios.tcgetattr(s.slave)
+    # the editor may draw the prompt before it sets its mode: give it time
+    for _ in range(100):
+        raw = termios.tcgetattr(s.slave)
+        if raw[3] != s.before[3]:
+            break
+        time.sleep(0.05)
     check("editor owns the terminal at the prompt", raw[3] != s.before[3], "local modes unchanged")
     out = s.command("set lines 7\r")
     out = s.command("sett\x7f\r")  # backspace edits the line before it runs
