@@ -5,15 +5,20 @@ BUILD      ?= build
 ASAN_BUILD ?= build-asan
 TSAN_BUILD ?= build-tsan
 JOBS       ?= $(shell nproc 2>/dev/null || echo 2)
+# make install: PREFIX and DESTDIR as usual; make uninstall (with the same
+# DESTDIR) removes what the last install from $(BUILD) wrote, as CMake listed it.
+PREFIX           ?= /usr/local
+DESTDIR          ?=
+INSTALL_MANIFEST ?= $(BUILD)/install_manifest.txt
 
 # Debian packages the build and the tests need.
 DEB_PACKAGES := cmake make g++ pkg-config nlohmann-json3-dev libgtest-dev googletest \
-                python3-cram libhbaapi-dev libbenchmark-dev clang-format
+                python3-cram libhbaapi-dev libbenchmark-dev clang-format libedit-dev groff-base
 
 # Every C and C++ source of the project, for the formatting check.
-FORMAT_FILES = $(shell find app sim include tests bench -name '*.c' -o -name '*.cpp' -o -name '*.h' -o -name '*.hpp')
+FORMAT_FILES = $(shell find app sim include tests bench tools -name '*.c' -o -name '*.cpp' -o -name '*.h' -o -name '*.hpp')
 
-.PHONY: all deps build run test test-asan asan test-tsan tsan bench clean format format-check
+.PHONY: all deps build run test test-asan asan test-tsan tsan bench clean format format-check install uninstall
 
 all: build
 
@@ -35,9 +40,25 @@ $(BUILD)/CMakeCache.txt:
 build: deps $(BUILD)/CMakeCache.txt
 	cmake --build $(BUILD) -j$(JOBS)
 
-# quit, bye and exit leave kvd with status 1: that is a normal end here.
-run: build
+# quit, bye and exit leave kvd with status 1: that is a normal end here. The
+# build's own output is shown only when the build fails.
+run: deps
+	@log=$$(mktemp); \
+	if { [ -f $(BUILD)/CMakeCache.txt ] || cmake -S . -B $(BUILD) -DCMAKE_BUILD_TYPE=RelWithDebInfo; } >$$log 2>&1 && \
+	   cmake --build $(BUILD) -j$(JOBS) >>$$log 2>&1; then rm -f $$log; \
+	else cat $$log >&2; rm -f $$log; exit 1; fi
 	@$(BUILD)/app/kvd; status=$$?; [ $$status -le 1 ]
+
+install: build
+	DESTDIR="$(DESTDIR)" cmake --install $(BUILD) --prefix "$(PREFIX)"
+
+# Removes each file listed, then the folders of our own (.../kvd) left empty.
+uninstall:
+	@[ -f "$(INSTALL_MANIFEST)" ] || { echo "uninstall: no $(INSTALL_MANIFEST): nothing installed from $(BUILD)" >&2; exit 1; }
+	@while IFS= read -r f || [ -n "$$f" ]; do rm -fv "$(DESTDIR)$$f"; done < "$(INSTALL_MANIFEST)"
+	@sed 's|/[^/]*$$||' "$(INSTALL_MANIFEST)" | sort -u | while IFS= read -r d; do \
+	    case "$$d" in */kvd) rmdir "$(DESTDIR)$$d" 2>/dev/null || true;; esac; done
+	@rm -f "$(INSTALL_MANIFEST)"
 
 $(ASAN_BUILD)/CMakeCache.txt:
 	cmake -S . -B $(ASAN_BUILD) -DCMAKE_BUILD_TYPE=Debug -DKVD_SANITIZE=ON

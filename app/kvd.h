@@ -27,6 +27,7 @@
 #define KVD_CMDBUF_SIZE 132 /* command line buffer, NUL included */
 #define KVD_MAXARGS 50      /* words kept of one line */
 #define KVD_SEPARATORS " \t,\n"
+#define KVD_CMD_PROMPT "cmd> "
 
 /* One row of a command table. Handlers get their own row and a second
  * argument that is null for top-level commands and the family's record
@@ -74,6 +75,19 @@ void get_a_string(char *dest, int max, const char *prompt);
 int promptYesorNo(void);
 int promptContinueOrAbort(void);
 int kvd_page_break(int item);
+
+/* Line editing at a terminal (history, completion); the reader hands its
+ * lines out exactly as fgets would. */
+int kvd_lineedit_start(const char *prog);
+int kvd_lineedit_gets(char *buffer, int size);
+void kvd_lineedit_restore(void); /* safe in a signal handler */
+void kvd_show_prompt(const char *text);
+int kvd_complete_text(const char *line, char *insert, size_t insertsize);
+extern const char *const set_keywords[]; /* null-terminated */
+
+/* Progress of long transfers on standard error, when it is a terminal. */
+void kvd_progress(const char *what, uint64_t done, uint64_t total);
+void kvd_progress_end(void);
 
 /* Formatting and parsing. */
 void hexdump(const void *bytes, uint32_t length);

@@ -56,6 +56,11 @@ KVD_HANDLER(shell)
     return KVD_OK;
 }
 
+// The keywords of "set", in its usage line's order; each but "wwn" sets the
+// variable beside it. Completion offers the same words.
+const char *const set_keywords[] = {"board", "ring", "iocb", "wwn", "lines", NULL};
+static int32_t *const set_targets[] = {&cur_board, &cur_ring, &cur_iocb, NULL, &num_lines};
+
 KVD_HANDLER(set)
 {
     char text[24];
@@ -78,21 +83,11 @@ KVD_HANDLER(set)
         value = atoi(margv[2]);
         if (margc == 4)
             (void)atoi(margv[3]); // converted, and then of no use
-        if (strcmp(margv[1], "board") == 0) {
-            cur_board = value;
-            return KVD_OK;
-        }
-        if (strcmp(margv[1], "ring") == 0) {
-            cur_ring = value;
-            return KVD_OK;
-        }
-        if (strcmp(margv[1], "iocb") == 0) {
-            cur_iocb = value;
-            return KVD_OK;
-        }
-        if (strcmp(margv[1], "lines") == 0) {
-            num_lines = value;
-            return KVD_OK;
+        for (int k = 0; set_keywords[k] != NULL; k++) {
+            if (set_targets[k] != NULL && strcmp(margv[1], set_keywords[k]) == 0) {
+                *set_targets[k] = value;
+                return KVD_OK;
+            }
         }
         if (strcmp(margv[1], "wwn") == 0) {
             if (!kvd_atowwn(&cur_wwn, margv[2])) {

@@ -71,6 +71,7 @@ KVD_HANDLER(quit)
 void quit_on_signal(int signo)
 {
     (void)signo;
+    kvd_lineedit_restore();
     kvd_release();
     _exit(1);
 }

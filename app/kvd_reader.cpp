@@ -15,6 +15,8 @@ void kvd_readline(char *buffer, int size)
 {
     static const struct timespec pause = {0, 200 * 1000 * 1000};
 
+    if (kvd_lineedit_gets(buffer, size))
+        return;
     while (fgets(buffer, size, stdin) == NULL) {
         clearerr(stdin);
         nanosleep(&pause, NULL);
@@ -63,11 +65,10 @@ cmdinfo *getcmd(char *buffer, int size, int oneshot)
 // Prints the prompt, reads one answer and cuts it at the first separator.
 static char *kvd_prompt_word(int hex, const char *prompt, char *line)
 {
-    if (hex)
-        printf("%s (hex): ", prompt);
-    else
-        printf("%s: ", prompt);
-    fflush(stdout);
+    char text[256];
+
+    snprintf(text, sizeof(text), hex ? "%s (hex): " : "%s: ", prompt);
+    kvd_show_prompt(text);
     kvd_readline(line, KVD_CMDBUF_SIZE);
     return strtok(line, KVD_SEPARATORS);
 }

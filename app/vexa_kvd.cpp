@@ -1,6 +1,5 @@
 // kvd: engineering diagnostic shell for Quellmarsh Fibre Channel and FCoE
 // host bus adapters. Process entry, the interactive loop and option mode.
-#include <errno.h>
 #include <signal.h>
 #include <stdlib.h>
 #include <string.h>
@@ -27,13 +26,9 @@ static void kvd_interactive(char *buffer)
            kvd_un.brdaddr[0].a_offmask, drvrid);
     kvd_list_adapters();
 
+    (void)kvd_lineedit_start("kvd");
     do {
-        printf("cmd> ");
-        // Output that nobody reads any more ends the shell, as a closed
-        // pipe ends other tools (here when SIGPIPE is blocked or ignored
-        // by whoever started us).
-        if (fflush(stdout) == EOF && errno == EPIPE)
-            quit(NULL, NULL);
+        kvd_show_prompt(KVD_CMD_PROMPT);
         row = getcmd(buffer, KVD_CMDBUF_SIZE, 0);
     } while (row->c_routine(row, NULL) != 1);
     exit(0);

@@ -306,6 +306,7 @@ int32_t download(const char *object_name, const char *file_name, uint32_t count,
             break;
         }
         acked += taken;
+        kvd_progress(object_name, acked, file_size);
         if (taken == chunk) {
             if (at_eof)
                 break;
@@ -317,6 +318,7 @@ int32_t download(const char *object_name, const char *file_name, uint32_t count,
         }
     }
     close(fd);
+    kvd_progress_end();
     if (!failed && eof_mode == 0)
         (void)kvd_iov_eof_write(object_name, acked);
     free(buffer);
@@ -372,6 +374,7 @@ int32_t sli4iovGetObject(const char *file_name, const char *object_name, uint32_
             break;
         }
         written += n;
+        kvd_progress(object_name, (uint64_t)written, 0);
         // Offsets are 32-bit: an object never runs past them.
         if (got > UINT32_MAX - offset)
             break;
@@ -380,6 +383,7 @@ int32_t sli4iovGetObject(const char *file_name, const char *object_name, uint32_
             break;
     }
     close(fd);
+    kvd_progress_end();
     printf("Wrote %d bytes to file: %s\n", (int32_t)written, file_name);
     free(buffer);
     return rc;

@@ -129,7 +129,12 @@ KVD_HANDLER(tvodownload)
     }
     hdr_cmd.length = hdr.file_length;
     memcpy(buf, &hdr_cmd, sizeof(hdr_cmd));
-    if (tvo_send(buf, (uint32_t)(size + 12), rsp, 4, TVO_CODE_DEC) == 0)
+    kvd_progress("ASIC firmware download", 0, size);
+    int32_t sent = tvo_send(buf, (uint32_t)(size + 12), rsp, 4, TVO_CODE_DEC);
+    if (sent == 0)
+        kvd_progress("ASIC firmware download", size, size);
+    kvd_progress_end();
+    if (sent == 0)
         printf("Done.\n\n");
     free(buf);
     return KVD_OK;
