@@ -3,8 +3,8 @@
 #include "kvdfuzz.h"
 
 static const char *const words[] = {
-    "rdpci",      "rdallpci",       "rdca",           "rdha",          "rdhc",         "rdhs",
-    "rffreg",     "riocb",          "dumpreg",        "dumpregion",    "issuedumpmbox", "fcoegetparams",
-    "fcoesetparams", "getfcppriority", "persistlinkget", "qoslinkspeed", "logging",      "authgetcfg",
-    "authgetpsswd", "authlist",     "authstatus",     "authsetcfg",    "authdelcfg",   "sdump"};
+    "rdpci",         "rdallpci",       "rdca",           "rdha",         "rdhc",          "rdhs",
+    "rffreg",        "riocb",          "dumpreg",        "dumpregion",   "issuedumpmbox", "fcoegetparams",
+    "fcoesetparams", "getfcppriority", "persistlinkget", "qoslinkspeed", "logging",       "authgetcfg",
+    "authgetpsswd",  "authlist",       "authstatus",     "authsetcfg",   "authdelcfg",    "sdump"};
 KVD_FUZZ_SHELL_TARGET(words)

@@ -13,8 +13,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
         return 0;
     kvdfuzz::quiet_shell();
     int interactive = data[0] & 1;
-    // The buffer the shell reads into, exactly as large as the shell's.
-    char *buffer = new char[KVD_CMDBUF_SIZE];
+    // The buffer the shell reads into, exactly as large as the shell's and,
+    // like the shell's, kept from one line to the next: "p" repeats words
+    // that point into it.
+    static char *buffer = new char[KVD_CMDBUF_SIZE];
     for (int round = 0; round < 2; round++) {
         memset(buffer, 0, KVD_CMDBUF_SIZE);
         if (interactive) {
@@ -35,6 +37,5 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
         if (row == nullptr)
             __builtin_trap();
     }
-    delete[] buffer;
     return 0;
 }

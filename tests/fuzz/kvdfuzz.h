@@ -48,7 +48,7 @@ int run_shell(const char *const *words, size_t count, const uint8_t *data, size_
 #define KVD_FUZZ_SHELL_TARGET(words)                                                                         \
     extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)                                  \
     {                                                                                                        \
-        return kvdfuzz::run_shell(words, sizeof(words) / sizeof(words[0]), data, size);                       \
+        return kvdfuzz::run_shell(words, sizeof(words) / sizeof(words[0]), data, size);                      \
     }
 
 #endif

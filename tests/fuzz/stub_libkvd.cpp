@@ -114,8 +114,8 @@ int32_t KVD_IssueMboxWithRetryV2(uint32_t, MAILBOX *mb, uint32_t, uint32_t, uint
 {
     return (int32_t)reply(mb);
 }
-int32_t IssueInternalMboxWithRetryEx(uint32_t, MAILBOX *mb, void *extension, uint32_t extension_words, uint32_t,
-                                     uint32_t, uint32_t, uint32_t)
+int32_t IssueInternalMboxWithRetryEx(uint32_t, MAILBOX *mb, void *extension, uint32_t extension_words,
+                                     uint32_t, uint32_t, uint32_t, uint32_t)
 {
     int32_t status = (int32_t)reply(mb);
     if (extension != nullptr)
@@ -164,7 +164,12 @@ uint32_t KVD_GetAuthStatus(uint32_t, KVD_AuthStatus *status, HBA_WWN *remote)
 }
 uint32_t KVD_GetAuthConfigList(uint32_t, uint64_t, KVD_AuthConfigList *list)
 {
-    return reply(list);
+    // The count on the way in is the room the caller announced.
+    uint32_t status = stream_status();
+    uint32_t room;
+    memcpy(&room, &list->numberOfEntries, sizeof(room));
+    stream_fill(list, KVD_AUTHLIST_SIZE(room));
+    return status;
 }
 
 // Events and loopback. Subscriptions are answered with an id; the events
@@ -320,7 +325,8 @@ uint32_t KVD_SetPersistLinkDown(uint32_t, uint16_t)
 {
     return stream_status();
 }
-uint32_t KVD_IssueDumpMBox(uint32_t, uint32_t, uint32_t, uint32_t, uint32_t, uint8_t *buffer, uint32_t *length)
+uint32_t KVD_IssueDumpMBox(uint32_t, uint32_t, uint32_t, uint32_t, uint32_t, uint8_t *buffer,
+                           uint32_t *length)
 {
     return reply_sized(buffer, length);
 }
@@ -369,19 +375,21 @@ uint32_t KVD_GetDriverDumpRegion(uint32_t, uint32_t, uint8_t *buffer, uint32_t *
 {
     return reply_sized(buffer, length);
 }
-uint32_t getRegionData(uint32_t, uint32_t, uint32_t, uint32_t, uint8_t *buffer, uint32_t *size, uint16_t *mbx_status,
-                       uint32_t)
+uint32_t getRegionData(uint32_t, uint32_t, uint32_t, uint32_t, uint8_t *buffer, uint32_t *size,
+                       uint16_t *mbx_status, uint32_t)
 {
     uint32_t status = reply_sized(buffer, size);
     if (mbx_status != nullptr)
         stream_fill(mbx_status, sizeof(*mbx_status));
     return status;
 }
-uint32_t setRegionData(uint32_t, uint32_t, uint32_t, uint32_t, uint8_t *, uint32_t, uint16_t *mbx_status, uint32_t)
+uint32_t setRegionData(uint32_t, uint32_t, uint32_t, uint32_t, uint8_t *, uint32_t, uint16_t *mbx_status,
+                       uint32_t)
 {
     return reply(mbx_status);
 }
-uint32_t KVD_IssueUpdateCfgMBox(uint32_t, uint32_t, uint32_t, uint32_t, uint8_t *, uint32_t, uint16_t *mbx_status)
+uint32_t KVD_IssueUpdateCfgMBox(uint32_t, uint32_t, uint32_t, uint32_t, uint8_t *, uint32_t,
+                                uint16_t *mbx_status)
 {
     return reply(mbx_status);
 }
@@ -406,7 +414,8 @@ HBA_STATUS SendReadCapacity(uint32_t, HBA_WWN *, uint64_t, void *rsp, uint32_t *
 {
     return scsi_reply(rsp, rsp_size, sense, sense_size);
 }
-HBA_STATUS SendReportLUNs(uint32_t, HBA_WWN *, void *rsp, uint32_t *rsp_size, void *sense, uint32_t *sense_size)
+HBA_STATUS SendReportLUNs(uint32_t, HBA_WWN *, void *rsp, uint32_t *rsp_size, void *sense,
+                          uint32_t *sense_size)
 {
     return scsi_reply(rsp, rsp_size, sense, sense_size);
 }
