@@ -4,6 +4,9 @@
 BUILD      ?= build
 ASAN_BUILD ?= build-asan
 TSAN_BUILD ?= build-tsan
+FUZZ_BUILD ?= build-fuzz
+FUZZ_TIME  ?= 60
+FUZZ_RUNS  ?= -1
 JOBS       ?= $(shell nproc 2>/dev/null || echo 2)
 # make install: PREFIX and DESTDIR as usual; make uninstall (with the same
 # DESTDIR) removes what the last install from $(BUILD) wrote, as CMake listed it.
@@ -18,7 +21,8 @@ DEB_PACKAGES := cmake make g++ pkg-config nlohmann-json3-dev libgtest-dev google
 # Every C and C++ source of the project, for the formatting check.
 FORMAT_FILES = $(shell find app sim include tests bench tools -name '*.c' -o -name '*.cpp' -o -name '*.h' -o -name '*.hpp')
 
-.PHONY: all deps build run test test-asan asan test-tsan tsan bench clean format format-check install uninstall
+.PHONY: all deps build run test test-asan asan test-tsan tsan bench clean format format-check install uninstall \
+        fuzz fuzz-build fuzz-deps
 
 all: build
 
@@ -93,8 +97,36 @@ test-tsan: tsan
 	TSAN_OPTIONS=halt_on_error=1:second_deadlock_stack=1 \
 	ctest --test-dir $(TSAN_BUILD) --output-on-failure -j$(JOBS) -R $(TSAN_TESTS)
 
+# libFuzzer targets (clang): each runs FUZZ_TIME seconds (or FUZZ_RUNS
+# inputs) in turn, from its seeds in tests/fuzz/corpus/<target>/; what it
+# finds new goes to $(FUZZ_BUILD)/corpus/<target>/, crashes to
+# $(FUZZ_BUILD)/artifacts/. FUZZ_TARGETS narrows the set.
+FUZZ_TARGETS ?= $(patsubst tests/fuzz/fuzz_%.cpp,%,$(wildcard tests/fuzz/fuzz_*.cpp))
+
+# clang and its sanitizer/fuzzer runtimes, installed like the rest.
+FUZZ_PACKAGES := clang libclang-rt-dev
+
+fuzz-deps:
+	@$(MAKE) --no-print-directory deps DEB_PACKAGES="$(DEB_PACKAGES) $(FUZZ_PACKAGES)"
+
+$(FUZZ_BUILD)/CMakeCache.txt: | fuzz-deps
+	CC=clang CXX=clang++ cmake -S . -B $(FUZZ_BUILD) -DCMAKE_BUILD_TYPE=RelWithDebInfo -DKVD_FUZZ=ON
+
+fuzz-build: fuzz-deps $(FUZZ_BUILD)/CMakeCache.txt
+	cmake --build $(FUZZ_BUILD) -j$(JOBS) --target fuzz_targets
+
+fuzz: fuzz-build
+	@mkdir -p $(FUZZ_BUILD)/artifacts
+	@for t in $(FUZZ_TARGETS); do \
+	    mkdir -p $(FUZZ_BUILD)/corpus/$$t; \
+	    echo "== fuzz_$$t"; \
+	    $(FUZZ_BUILD)/tests/fuzz/fuzz_$$t -max_total_time=$(FUZZ_TIME) -runs=$(FUZZ_RUNS) \
+	        -timeout=10 -print_final_stats=1 -artifact_prefix=$(FUZZ_BUILD)/artifacts/$$t- \
+	        $(FUZZ_BUILD)/corpus/$$t tests/fuzz/corpus/$$t || exit 1; \
+	done
+
 bench: build
 	@for b in $(BUILD)/bench/bench_*; do [ -x "$$b" ] && "$$b"; done
 
 clean:
-	rm -rf $(BUILD) $(ASAN_BUILD) $(TSAN_BUILD)
+	rm -rf $(BUILD) $(ASAN_BUILD) $(TSAN_BUILD) $(FUZZ_BUILD)

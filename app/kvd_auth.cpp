@@ -291,15 +291,16 @@ KVD_HANDLER(authstatus)
     return KVD_OK;
 }
 
-// The library is always told of room for five entries, whatever the limit;
-// the list is allocated for the larger of the two so that neither the
-// library's writes nor the printing can pass its end. At most the limit,
-// the count returned and the announced room of entries are printed.
+// The library is always told of room for five entries, whatever the limit,
+// and the list is allocated for exactly those: a limit typed larger costs
+// no memory. At most the limit, the count returned and the announced room
+// of entries are printed, so neither the library's writes nor the printing
+// can pass the list's end.
 KVD_HANDLER(authlist)
 {
     KVD_AuthConfigList *list;
     unsigned long limit = KVD_AUTHLIST_DEFAULT;
-    unsigned long room, i;
+    unsigned long i;
     uint32_t count, announced = KVD_AUTHLIST_ANNOUNCED, rc;
     uint64_t entity;
 
@@ -312,8 +313,7 @@ KVD_HANDLER(authlist)
     }
     if (margc == 3)
         limit = strtoul(margv[2], NULL, 0);
-    room = limit > KVD_AUTHLIST_ANNOUNCED ? limit : KVD_AUTHLIST_ANNOUNCED;
-    list = room <= (SIZE_MAX - 4) / 8 ? (KVD_AuthConfigList *)calloc(1, 4 + 8 * room) : NULL;
+    list = (KVD_AuthConfigList *)calloc(1, KVD_AUTHLIST_SIZE(KVD_AUTHLIST_ANNOUNCED));
     if (!list) {
         puts("malloc failed");
         return KVD_FAIL;
