@@ -4,6 +4,7 @@
 // and every count or length it hands back is taken from the stream
 // unbounded, as a faulty library might return it: bounding those is the
 // shell's job.
+#include <stddef.h>
 #include <string.h>
 
 #include "libkvd.h"
@@ -280,6 +281,55 @@ HBA_STATUS GetFcpTargetMapping(uint32_t, HBA_FCPTARGETMAPPING *mapping)
 HBA_STATUS KVD_GetFcpTargetMappingV2(uint32_t, HBA_WWN, HBA_FCPTARGETMAPPINGV2 *mapping)
 {
     return reply(mapping);
+}
+
+// Virtual ports. A list fills the room the caller states, then states its
+// own count.
+uint32_t KVD_VPCreate(uint32_t, const char *, KVD_VPATTRIB *attributes)
+{
+    return reply(attributes);
+}
+uint32_t KVD_VPDeleteV2(uint32_t, HBA_WWN, uint32_t, void *)
+{
+    return stream_status();
+}
+uint32_t KVD_VPGetAttrib(uint32_t, HBA_WWN, KVD_VPATTRIB *attributes)
+{
+    return reply(attributes);
+}
+uint32_t KVD_VPGetList(uint32_t, KVD_VPENTRYLIST *list)
+{
+    uint32_t status = stream_status();
+    if (list != nullptr) {
+        stream_fill(list, offsetof(KVD_VPENTRYLIST, vpentry) + size_t{list->numberOfEntries} * sizeof(KVD_VPENTRY));
+        list->numberOfEntries = stream_u32();
+    }
+    return status;
+}
+uint32_t KVD_GetAllNodeInfoByWWN(uint32_t, HBA_WWN, KVD_GETNODEINFO *list)
+{
+    uint32_t status = stream_status();
+    if (list != nullptr) {
+        stream_fill(list,
+                    offsetof(KVD_GETNODEINFO, nodeInfo) + size_t{list->numberOfEntries} * sizeof(KVD_NODEINFOENTRY));
+        list->numberOfEntries = stream_u32();
+    }
+    return status;
+}
+uint32_t KVD_VPGetResource(uint32_t, KVD_VPRESOURCE *resource)
+{
+    return reply(resource);
+}
+uint32_t KVD_NPIVReadyTest(uint32_t, uint32_t *checklist)
+{
+    return reply(checklist);
+}
+uint32_t vpGetPhys(uint32_t, uint32_t *instance, uint32_t *physical_host)
+{
+    uint32_t status = reply(instance);
+    if (physical_host != nullptr)
+        stream_fill(physical_host, sizeof(*physical_host));
+    return status;
 }
 
 // Pass-through.
