@@ -25,6 +25,7 @@
 #include "kvd_logging.h"
 #include "kvd_auth.h"
 #include "kvd_nodes.h"
+#include "kvd_sd.h"
 
 #ifdef __cplusplus
 extern "C" {

@@ -12,6 +12,7 @@
 #include "events/events_spec.hpp"
 #include "asic/asic_spec.hpp"
 #include "auth/auth_spec.hpp"
+#include "sd/sd_spec.hpp"
 #include "port/port_spec.hpp"
 #include "nodes/nodes_spec.hpp"
 #include "scsi/luns.hpp"
@@ -124,6 +125,7 @@ struct BoardSpec {
     ScsiSpec scsi;     // logical units of the FCP targets among the remote ports
     AuthSpec auth;     // FC-SP secrets of remote entities
     NodesSpec nodes;   // VPD and persistent bindings
+    SdSpec sd;         // "sd": background traffic of the FCP targets
 };
 
 struct Fleet {

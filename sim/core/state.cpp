@@ -108,6 +108,7 @@ void Library::load()
             b.mgmt = std::make_unique<MgmtEngine>(cfg, b.fw->link().event_tag);
             b.auth = std::make_unique<AuthEngine>(cfg);
             b.nodes = std::make_unique<Nodes>(cfg);
+            b.sd = std::make_unique<SdEngine>(cfg);
             mask |= 1u << cfg.number;
         }
     } catch (const std::exception &e) {
@@ -139,6 +140,8 @@ void Library::link_changed(void *context, const LinkStatus &link)
     Board *b = static_cast<Board *>(context);
     if (b->events && b->cfg)
         b->events->link_changed(link, b->cfg->wwpn, b->cfg->wwnn);
+    if (b->sd && link.up)
+        b->sd->link_up();
 }
 
 Board *Library::board(uint32_t number)

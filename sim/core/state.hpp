@@ -24,6 +24,7 @@
 #include "mailbox/firmware.hpp"
 #include "nodes/nodes.hpp"
 #include "scsi/target.hpp"
+#include "sd/sd.hpp"
 #include "sli4/sli4_engine.hpp"
 #include "core/fleet.hpp"
 #include "core/trace.hpp"
@@ -50,6 +51,7 @@ struct Board {
     std::unique_ptr<Diag> diag;          // loopback, rings, resets: every board
     std::unique_ptr<AuthEngine> auth;    // FC-SP authentication: every board
     std::unique_ptr<Nodes> nodes;        // nodes, VPD, bindings, target mapping: every board
+    std::unique_ptr<SdEngine> sd;        // SD events and latency collection: every board
 };
 
 class Library

@@ -9,6 +9,7 @@
 #include "kvd_logging.h"
 #include "kvd_auth.h"
 #include "kvd_nodes.h"
+#include "kvd_sd.h"
 
 int kvd_headers_c11_probe(MAILBOX *sli4);
 int kvd_headers_c11_probe(MAILBOX *sli4)
