@@ -13,7 +13,7 @@
 #include <time.h>
 #include <unistd.h>
 
-#include "kvd_sd.h"
+#include "kvd_sd_cmds.h"
 
 int32_t hit_count[KVD_SD_KINDS];
 int32_t callback_verbose_level;
@@ -320,9 +320,10 @@ void EventCallBack(uint32_t board, HBA_WWN port, uint32_t category, uint32_t sub
     int verbose = __atomic_load_n(&callback_verbose_level, __ATOMIC_RELAXED);
 
     (void)context;
-    gettimeofday(&tv, NULL);
-    localtime_r(&tv.tv_sec, &tm);
     if (verbose) {
+        // The time of day is only shown: it is not taken when nothing prints.
+        gettimeofday(&tv, NULL);
+        localtime_r(&tv.tv_sec, &tm);
         flockfile(stdout);
         printf("%02d:%02d:%02d board id %d - port wwn ", tm.tm_hour, tm.tm_min, tm.tm_sec, (int)board);
         for (int i = 0; i < 7; i++)

@@ -9,7 +9,7 @@
 #include <time.h>
 #include <unistd.h>
 
-#include "kvd_sd.h"
+#include "kvd_sd_cmds.h"
 
 #define SD_BUCKET_BOARD 1   /* the bucket calls always name board 1 */
 #define SD_COLLECT_MODE 1   /* per-target collection */

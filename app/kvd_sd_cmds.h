@@ -2,8 +2,8 @@
  * Statistics and diagnostic events and latency collection: what the two
  * files of the family and their tests share.
  */
-#ifndef KVD_SD_FAMILY_H
-#define KVD_SD_FAMILY_H
+#ifndef KVD_SD_CMDS_H
+#define KVD_SD_CMDS_H
 
 #include <stdint.h>
 
