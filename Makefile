@@ -92,7 +92,7 @@ tsan: deps $(TSAN_BUILD)/CMakeCache.txt
 
 # The event thread against the shell: the event, loopback/reset and release
 # tests under ThreadSanitizer.
-TSAN_TESTS := 'cram_events|cram_diag|cram_signals|Release\.|Events\.|EventStress\.|SimEvents\.'
+TSAN_TESTS := 'cram_events|cram_sd_events|ShellSd\.|cram_diag|cram_signals|Release\.|Events\.|EventStress\.|SimEvents\.'
 test-tsan: tsan
 	TSAN_OPTIONS=halt_on_error=1:second_deadlock_stack=1 \
 	ctest --test-dir $(TSAN_BUILD) --output-on-failure -j$(JOBS) -R $(TSAN_TESTS)

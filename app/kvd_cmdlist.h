@@ -78,22 +78,22 @@
     X("rnid", rnid, BUILT) \
     X("sdiag", sdiag, BUILT) \
     X("sdump", sdump, BUILT) \
-    X("sd_all_events", sd_all_events, STUB) \
-    X("sd_free_bucket", sd_free_bucket, STUB) \
-    X("sd_get_bucket", sd_get_bucket, STUB) \
-    X("sd_get_data", sd_get_data, STUB) \
-    X("sd_granularity", sd_granularity, STUB) \
-    X("sd_latency", sd_latency, STUB) \
-    X("sd_quick_event", sd_quick_event, STUB) \
-    X("sd_reset_data", sd_reset_data_coll, STUB) \
-    X("sd_revent", sd_revent, STUB) \
-    X("sd_set_bucket", sd_set_bucket, STUB) \
-    X("sd_show_events", sd_show_events, STUB) \
-    X("sd_start_data", sd_start_data_coll, STUB) \
-    X("sd_stop_data", sd_stop_data_coll, STUB) \
-    X("sd_test_env", sd_test_env, STUB) \
-    X("sd_urevent", sd_urevent, STUB) \
-    X("sd_verbose", sd_verbose, STUB) \
+    X("sd_all_events", sd_all_events, BUILT) \
+    X("sd_free_bucket", sd_free_bucket, BUILT) \
+    X("sd_get_bucket", sd_get_bucket, BUILT) \
+    X("sd_get_data", sd_get_data, BUILT) \
+    X("sd_granularity", sd_granularity, BUILT) \
+    X("sd_latency", sd_latency, BUILT) \
+    X("sd_quick_event", sd_quick_event, BUILT) \
+    X("sd_reset_data", sd_reset_data_coll, BUILT) \
+    X("sd_revent", sd_revent, BUILT) \
+    X("sd_set_bucket", sd_set_bucket, BUILT) \
+    X("sd_show_events", sd_show_events, BUILT) \
+    X("sd_start_data", sd_start_data_coll, BUILT) \
+    X("sd_stop_data", sd_stop_data_coll, BUILT) \
+    X("sd_test_env", sd_test_env, BUILT) \
+    X("sd_urevent", sd_urevent, BUILT) \
+    X("sd_verbose", sd_verbose, BUILT) \
     X("els", sendels, BUILT) \
     X("sendfcp", sendfcp, BUILT) \
     X("sendmgmt", sendmgmt, BUILT) \

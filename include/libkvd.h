@@ -26,6 +26,7 @@
 #include "kvd_auth.h"
 #include "kvd_nodes.h"
 #include "kvd_vport.h"
+#include "kvd_sd.h"
 
 #ifdef __cplusplus
 extern "C" {

@@ -19,6 +19,8 @@ uint32_t KVD_ResetAdapter(uint32_t board, uint32_t type)
             // Link-down persistence (the port settings) keeps the link down.
             const bool bring_up = !b.port || b.port->link_allowed();
             const uint32_t rc = b.diag->reset(*b.fw, type, &name, bring_up);
+            if (rc == 0)
+                b.sd->adapter_reset();
             c.line.result(rc);
             if (name)
                 c.line.tag("command", name);

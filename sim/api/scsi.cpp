@@ -173,6 +173,7 @@ struct ScsiCall {
         t.data_out = data_out;
         t.expected = expected;
         b.scsi->execute(target, t);
+        b.sd->scsi_completed(target, t);
         Sent s{t.name, lun, {}, cdb_len, {}, t.status, t.rule};
         memcpy(s.cdb.data(), cdb, cdb_len);
         const uint32_t out = t.data_in.empty() ? t.moved : 0;

@@ -10,6 +10,7 @@
 #include "core/section.hpp"
 #include "diag/diag.hpp"
 #include "events/events.hpp"
+#include "sd/sd.hpp"
 
 #include <algorithm>
 #include <cctype>
@@ -520,6 +521,7 @@ constexpr BoardReader kBoardReaders[] = {
     [](BoardReading &r) { read_auth_section(r.board, r.spec); },
     [](BoardReading &r) { read_nodes_section(r.board, r.spec); },
     [](BoardReading &r) { read_npiv_section(r.board, r.spec); },
+    [](BoardReading &r) { read_sd_section(r.board, r.spec); },
 };
 
 BoardSpec read_board(const Json &j, const std::string &place, const Fleet &fleet)

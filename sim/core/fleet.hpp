@@ -12,6 +12,7 @@
 #include "events/events_spec.hpp"
 #include "asic/asic_spec.hpp"
 #include "auth/auth_spec.hpp"
+#include "sd/sd_spec.hpp"
 #include "port/port_spec.hpp"
 #include "nodes/nodes_spec.hpp"
 #include "npiv/npiv_spec.hpp"
@@ -126,6 +127,7 @@ struct BoardSpec {
     AuthSpec auth;     // FC-SP secrets of remote entities
     NodesSpec nodes;   // VPD and persistent bindings
     NpivSpec npiv;     // "npiv": driver enable, the fabric's NPIV logins
+    SdSpec sd;         // "sd": background traffic of the FCP targets
 };
 
 struct Fleet {

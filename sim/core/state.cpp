@@ -110,12 +110,16 @@ void Library::load()
             b.auth = std::make_unique<AuthEngine>(cfg);
             b.nodes = std::make_unique<Nodes>(cfg);
             b.npiv = std::make_unique<Npiv>(cfg, *b.fabric, *b.nodes, b.events.get());
+            b.sd = std::make_unique<SdEngine>(cfg);
             mask |= 1u << cfg.number;
         }
     } catch (const std::exception &e) {
         fprintf(stderr, "libkvd: cannot start the boards' firmware: %s\n", e.what());
         for (Board &b : boards_) {
             b.cfg = nullptr;
+            // Engines that refer to others go first.
+            b.npiv.reset();
+            b.sd.reset();
             b.port.reset();
             b.fw.reset();
             b.pci.reset();
@@ -127,7 +131,6 @@ void Library::load()
             b.fabric.reset();
             b.scsi.reset();
             b.sli4.reset();
-            b.npiv.reset();
             b.nodes.reset();
         }
         fleet_.boards.clear();
@@ -144,6 +147,8 @@ void Library::link_changed(void *context, const LinkStatus &link)
         b->events->link_changed(link, b->cfg->wwpn, b->cfg->wwnn);
     if (b->npiv)
         b->npiv->link_changed(link.up);
+    if (b->sd && link.up)
+        b->sd->link_up();
 }
 
 Board *Library::board(uint32_t number)

@@ -26,6 +26,7 @@
 #include "nodes/nodes.hpp"
 #include "npiv/npiv.hpp"
 #include "scsi/target.hpp"
+#include "sd/sd.hpp"
 #include "sli4/sli4_engine.hpp"
 #include "core/fleet.hpp"
 #include "core/trace.hpp"
@@ -53,6 +54,7 @@ struct Board {
     std::unique_ptr<AuthEngine> auth;    // FC-SP authentication: every board
     std::unique_ptr<Nodes> nodes;        // nodes, VPD, bindings, target mapping: every board
     std::unique_ptr<Npiv> npiv;          // NPIV virtual ports: every board
+    std::unique_ptr<SdEngine> sd;        // SD events and latency collection: every board
 };
 
 class Library

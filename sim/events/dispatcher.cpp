@@ -30,6 +30,7 @@
 #include <unistd.h>
 
 #include "core/state.hpp"
+#include "sd/sd.hpp"
 
 namespace kvdsim
 {
@@ -189,6 +190,8 @@ int Dispatcher::unsubscribe(uint32_t board, uint32_t id)
             wait_idle(i);
         }
     }
+    if (id == 0) // the board's SD subscriptions go with the rest
+        dropped += SdSubscriptions::instance().drop_board(board);
     return dropped;
 }
 
@@ -197,6 +200,7 @@ void Dispatcher::stop()
     want_running_.store(false);
     for (Slot &s : slots_)
         s.id.store(0);
+    SdSubscriptions::instance().drop_all();
     remove_channel();
     wake();
     wait_idle(-1);
@@ -292,6 +296,10 @@ bool Dispatcher::call(int i, const Event &e)
 
 void Dispatcher::deliver(const Event &e)
 {
+    if (e.kind == kSdEventKind) {
+        SdSubscriptions::instance().deliver(e);
+        return;
+    }
     for (int i = 0; i < kSlots; ++i)
         if (slots_[i].id.load() != 0)
             call(i, e);

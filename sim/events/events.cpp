@@ -313,6 +313,11 @@ std::string apply_request(Library &lib, const std::string &line)
         return "error: no event named";
     const std::string &what = w[1];
     BoardEvents &ev = *b->events;
+    if (what == "sd") {
+        if (!b->sd)
+            return "error: no SD engine on board " + std::to_string(number);
+        return b->sd->request(std::vector<std::string>(w.begin() + 2, w.end()));
+    }
     if (what == "link" && w.size() == 3 && (w[2] == "up" || w[2] == "down")) {
         if (b->fw->state() != BoardState::ready)
             return "error: board offline";

@@ -49,6 +49,13 @@ struct Event {
     int32_t celsius = 0;
     uint16_t ct_value = 0;
     uint32_t tag = 0;
+    // SD events (kind kSdEventKind): the kind, how many in a row, the
+    // event record; `vport` is the port's name.
+    uint32_t sd_category = 0;
+    uint32_t sd_subcategory = 0;
+    uint32_t sd_count = 0;
+    std::array<uint8_t, 32> sd_record{};
+    uint32_t sd_record_len = 0;
 };
 
 // The event-side state of one board; the caller holds the library lock.
@@ -139,6 +146,21 @@ class Dispatcher
     // For tests: delivers what is queued now, on the caller's thread.
     void deliver_pending();
 
+    // Other families' subscriptions share the handshake between delivery
+    // and release, with tokens from kSlots up. enter() publishes the token
+    // about to be called and says whether delivery may go on; leave() ends
+    // the call; wait_idle() waits until the token is not running (-1: any).
+    bool enter(int token)
+    {
+        running_slot_.store(token);
+        return want_running_.load();
+    }
+    void leave()
+    {
+        running_slot_.store(-1);
+    }
+    void wait_idle(int token);
+
   private:
     Dispatcher();
     struct Slot {
@@ -155,7 +177,6 @@ class Dispatcher
     void run();
     void deliver(const Event &e);
     bool call(int slot, const Event &e);
-    void wait_idle(int slot);
     void open_channel();
     void close_channel();
     void serve_clients();

@@ -10,6 +10,7 @@
 #include "kvd_auth.h"
 #include "kvd_nodes.h"
 #include "kvd_vport.h"
+#include "kvd_sd.h"
 
 int kvd_headers_c11_probe(MAILBOX *sli4);
 int kvd_headers_c11_probe(MAILBOX *sli4)
