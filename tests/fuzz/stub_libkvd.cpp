@@ -62,6 +62,14 @@ uint32_t KVD_InitDiagEnv(KVD_BRDINFO *brdinfo, uint32_t max_boards)
     stream_fill(&count, 1);
     return count;
 }
+uint32_t InitDiagEnv(BRDINFO *brdinfo)
+{
+    uint8_t count;
+    if (brdinfo != nullptr)
+        stream_fill(brdinfo, sizeof(*brdinfo) * KVD_MAX_BOARDS);
+    stream_fill(&count, 1);
+    return count;
+}
 void KVD_FreeDiagEnv(void)
 {
 }
@@ -301,7 +309,8 @@ uint32_t KVD_VPGetList(uint32_t, KVD_VPENTRYLIST *list)
 {
     uint32_t status = stream_status();
     if (list != nullptr) {
-        stream_fill(list, offsetof(KVD_VPENTRYLIST, vpentry) + size_t{list->numberOfEntries} * sizeof(KVD_VPENTRY));
+        stream_fill(list,
+                    offsetof(KVD_VPENTRYLIST, vpentry) + size_t{list->numberOfEntries} * sizeof(KVD_VPENTRY));
         list->numberOfEntries = stream_u32();
     }
     return status;
@@ -310,8 +319,8 @@ uint32_t KVD_GetAllNodeInfoByWWN(uint32_t, HBA_WWN, KVD_GETNODEINFO *list)
 {
     uint32_t status = stream_status();
     if (list != nullptr) {
-        stream_fill(list,
-                    offsetof(KVD_GETNODEINFO, nodeInfo) + size_t{list->numberOfEntries} * sizeof(KVD_NODEINFOENTRY));
+        stream_fill(list, offsetof(KVD_GETNODEINFO, nodeInfo) +
+                              size_t{list->numberOfEntries} * sizeof(KVD_NODEINFOENTRY));
         list->numberOfEntries = stream_u32();
     }
     return status;
@@ -329,6 +338,68 @@ uint32_t vpGetPhys(uint32_t, uint32_t *instance, uint32_t *physical_host)
     uint32_t status = reply(instance);
     if (physical_host != nullptr)
         stream_fill(physical_host, sizeof(*physical_host));
+    return status;
+}
+
+// SD events and latency. Subscriptions are answered with a handle; the
+// data reply fills the size the caller states and states its own count.
+int32_t KVD_SD_RegisterForEvent(uint32_t, HBA_WWN, uint32_t, uint32_t, void *, uint32_t *handle,
+                                kvd_sd_callback_fn)
+{
+    return (int32_t)reply(handle);
+}
+int32_t KVD_SD_unRegisterForEvent(uint32_t, HBA_WWN, uint32_t)
+{
+    return (int32_t)stream_status();
+}
+int32_t kvd_sd_set_verbosity(int32_t)
+{
+    return (int32_t)stream_status();
+}
+int32_t kvd_sd_show_events(void)
+{
+    return (int32_t)stream_status();
+}
+int32_t KVD_SD_Set_Bucket(uint32_t, uint16_t, uint32_t, uint32_t)
+{
+    return (int32_t)stream_status();
+}
+int32_t KVD_SD_Get_Bucket(uint32_t, uint16_t *search_type, uint32_t *base, uint32_t *step, int64_t *bounds)
+{
+    int32_t status = (int32_t)reply(search_type);
+    if (base != nullptr)
+        stream_fill(base, sizeof(*base));
+    if (step != nullptr)
+        stream_fill(step, sizeof(*step));
+    if (bounds != nullptr)
+        stream_fill(bounds, KVD_SD_BUCKETS * sizeof(*bounds));
+    return status;
+}
+int32_t KVD_SD_Destroy_Bucket(uint32_t)
+{
+    return (int32_t)stream_status();
+}
+uint32_t KVD_SD_Get_Granularity(void)
+{
+    return stream_u32();
+}
+int32_t KVD_SD_Start_Data_Collection(uint32_t, HBA_WWN, uint32_t, uint32_t)
+{
+    return (int32_t)stream_status();
+}
+int32_t KVD_SD_Stop_Data_Collection(uint32_t, HBA_WWN, uint32_t)
+{
+    return (int32_t)stream_status();
+}
+int32_t KVD_SD_Reset_Data_Collection(uint32_t, HBA_WWN, uint32_t)
+{
+    return (int32_t)stream_status();
+}
+int32_t KVD_SD_Get_Data(uint32_t, HBA_WWN, uint32_t, uint16_t *count, uint32_t size, void *buffer)
+{
+    int32_t status = (int32_t)reply_bytes(buffer, size);
+    if (count != nullptr)
+        stream_fill(count, sizeof(*count));
     return status;
 }
 
@@ -506,3 +577,10 @@ HBA_STATUS SendFcpCmd(uint32_t, HBA_WWN *, void *, uint32_t, void *data, uint32_
 }
 
 } // extern "C"
+
+// Commands that wait for events to arrive (sd_all_events, sd_latency) would
+// sleep for seconds on every input: under the fuzzer no time passes.
+extern "C" unsigned int sleep(unsigned int)
+{
+    return 0;
+}
