@@ -56,6 +56,7 @@ int32_t KVD_SD_RegisterForEvent(uint32_t board, HBA_WWN vport, uint32_t category
                             .arg_hex("subcategory", subcategory);
                     },
                     [&](Call &c, Board &b) -> int32_t {
+                        c.out(handle, sizeof *handle);
                         if (!callback)
                             return SD_ERROR_ARG_MISSING;
                         if (!b.sd->physical(vport))
@@ -132,6 +133,10 @@ int32_t KVD_SD_Get_Bucket(uint32_t board, uint16_t *search_type, uint32_t *base,
                                          [&](Call &c, Board &) -> int32_t {
                                              if (!search_type || !base || !step)
                                                  return SD_ERROR_ARG_MISSING;
+                                             c.out(search_type, sizeof *search_type);
+                                             c.out(base, sizeof *base);
+                                             c.out(step, sizeof *step);
+                                             c.out(bounds, sizeof(int64_t) * KVD_SD_BUCKETS);
                                              const SdBuckets &bk = sd_buckets();
                                              if (!bk.set)
                                                  return SD_ERROR_BUCKET_NOTSET;
@@ -219,6 +224,8 @@ int32_t KVD_SD_Get_Data(uint32_t board, HBA_WWN vport, uint32_t mode, uint16_t *
         [&](Call &c, SdEngine &sd) -> int32_t {
             if (!count || (size && !buffer))
                 return SD_ERROR_ARG_MISSING;
+            c.out(count, sizeof *count);
+            c.out(buffer, size);
             const int32_t rc = sd.get_data(*count, {static_cast<uint8_t *>(buffer), size});
             c.line.result(rc).tag("targets", std::to_string(*count).c_str());
             if (rc == SD_OK && *count)
