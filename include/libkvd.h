@@ -25,6 +25,8 @@
 #include "kvd_logging.h"
 #include "kvd_auth.h"
 #include "kvd_nodes.h"
+#include "kvd_cfg.h"
+#include "kvd_fcf.h"
 
 #ifdef __cplusplus
 extern "C" {

@@ -518,6 +518,7 @@ constexpr BoardReader kBoardReaders[] = {
     read_diag_section,
     [](BoardReading &r) { read_auth_section(r.board, r.spec); },
     [](BoardReading &r) { read_nodes_section(r.board, r.spec); },
+    [](BoardReading &r) { read_drvparams_section(r.board, r.spec); },
 };
 
 BoardSpec read_board(const Json &j, const std::string &place, const Fleet &fleet)

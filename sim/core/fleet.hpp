@@ -16,6 +16,7 @@
 #include "nodes/nodes_spec.hpp"
 #include "scsi/luns.hpp"
 #include "sli4/spec.hpp"
+#include "drvparams/drvparams_spec.hpp"
 
 namespace kvdsim
 {
@@ -117,13 +118,14 @@ struct BoardSpec {
     uint32_t max_frame = 2048;
     Wwn fabric_name{};
     std::vector<RemotePort> remote_ports;
-    EventsSpec events; // "events": sensor and scheduled events
-    DiagSpec diag;     // "diag": loopback plug
-    AsicSpec asic;     // the Tarvo ASIC, when `tarvo`
-    PortSpec port;     // the "port" section
-    ScsiSpec scsi;     // logical units of the FCP targets among the remote ports
-    AuthSpec auth;     // FC-SP secrets of remote entities
-    NodesSpec nodes;   // VPD and persistent bindings
+    EventsSpec events;       // "events": sensor and scheduled events
+    DiagSpec diag;           // "diag": loopback plug
+    AsicSpec asic;           // the Tarvo ASIC, when `tarvo`
+    PortSpec port;           // the "port" section
+    ScsiSpec scsi;           // logical units of the FCP targets among the remote ports
+    AuthSpec auth;           // FC-SP secrets of remote entities
+    NodesSpec nodes;         // VPD and persistent bindings
+    DrvParamsSpec drvparams; // driver parameters as loaded
 };
 
 struct Fleet {

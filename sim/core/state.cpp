@@ -108,6 +108,7 @@ void Library::load()
             b.mgmt = std::make_unique<MgmtEngine>(cfg, b.fw->link().event_tag);
             b.auth = std::make_unique<AuthEngine>(cfg);
             b.nodes = std::make_unique<Nodes>(cfg);
+            b.drvparams = std::make_unique<DrvParams>(cfg);
             mask |= 1u << cfg.number;
         }
     } catch (const std::exception &e) {
@@ -115,6 +116,7 @@ void Library::load()
         for (Board &b : boards_) {
             b.cfg = nullptr;
             b.port.reset();
+            b.drvparams.reset();
             b.fw.reset();
             b.pci.reset();
             b.mgmt.reset();
