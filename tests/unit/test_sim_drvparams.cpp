@@ -61,8 +61,8 @@ TEST(DrvParams, RangeAndIndexLimits)
     EXPECT_EQ(x.set(lun, 129), ERANGE);
     EXPECT_EQ(x.p.current(lun), 128u);
     const auto n = static_cast<uint32_t>(x.p.size());
-    EXPECT_EQ(x.set(n - 1, 1), 0);
-    EXPECT_EQ(x.set(n, 1), EINVAL);
+    EXPECT_EQ(x.set(n - 1, 60), 0); // task_mgmt_tmo, 5..180
+    EXPECT_EQ(x.set(n, 60), EINVAL);
     CfgCommand none;
     EXPECT_EQ(x.p.run(0x7f, none), ENOTTY);
 }
