@@ -36,12 +36,12 @@
     X("fcpmap", fcpmap, BUILT) \
     X("fcoegetparams", fcoegetparams, BUILT) \
     X("fcoesetparams", fcoesetparams, BUILT) \
-    X("fcoegetlist", fcoegetlist, STUB) \
-    X("fcoesetlist", fcoesetlist, STUB) \
-    X("fcoegetfcflist", fcoegetfcflist, STUB) \
-    X("getcfg", getcfg, STUB) \
+    X("fcoegetlist", fcoegetlist, BUILT) \
+    X("fcoesetlist", fcoesetlist, BUILT) \
+    X("fcoegetfcflist", fcoegetfcflist, BUILT) \
+    X("getcfg", getcfg, BUILT) \
     X("getevent", getevent, BUILT) \
-    X("getfcpconfig", getfcpconfig, STUB) \
+    X("getfcpconfig", getfcpconfig, BUILT) \
     X("getfcppriority", getfcppriority, BUILT) \
     X("getmgmt", getmgmt, BUILT) \
     X("getversions", getversions, BUILT) \
@@ -99,8 +99,8 @@
     X("sendmgmt", sendmgmt, BUILT) \
     X("sendscsi", sendscsi, BUILT) \
     X("set", set, BUILT) \
-    X("setcfg", setcfg, STUB) \
-    X("setfcpconfig", setfcpconfig, STUB) \
+    X("setcfg", setcfg, BUILT) \
+    X("setfcpconfig", setfcpconfig, BUILT) \
     X("setfcppriority", setfcppriority, BUILT) \
     X("setmgmt", setmgmt, BUILT) \
     X("!", shell, BUILT) \

@@ -27,6 +27,8 @@
 #include "kvd_nodes.h"
 #include "kvd_vport.h"
 #include "kvd_sd.h"
+#include "kvd_cfg.h"
+#include "kvd_fcf.h"
 
 #ifdef __cplusplus
 extern "C" {

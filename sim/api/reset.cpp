@@ -1,6 +1,7 @@
 // Adapter reset: selective, coordinated or firmware (KVD_RESET_*). The
 // board's diagnostic engine answers through its table of reset rows; the
-// link goes down and comes back, raising link events.
+// link goes down and comes back, raising link events, and the driver
+// parameters changed since the last reset take effect.
 #pragma GCC visibility push(default)
 #include "libkvd.h"
 #pragma GCC visibility pop
@@ -21,6 +22,9 @@ uint32_t KVD_ResetAdapter(uint32_t board, uint32_t type)
             const uint32_t rc = b.diag->reset(*b.fw, type, &name, bring_up);
             if (rc == 0)
                 b.sd->adapter_reset();
+            // The driver takes up the parameters that waited for a reset.
+            if (rc == 0 && b.drvparams)
+                b.drvparams->apply_pending();
             c.line.result(rc);
             if (name)
                 c.line.tag("command", name);

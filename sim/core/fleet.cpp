@@ -522,6 +522,7 @@ constexpr BoardReader kBoardReaders[] = {
     [](BoardReading &r) { read_nodes_section(r.board, r.spec); },
     [](BoardReading &r) { read_npiv_section(r.board, r.spec); },
     [](BoardReading &r) { read_sd_section(r.board, r.spec); },
+    [](BoardReading &r) { read_drvparams_section(r.board, r.spec); },
 };
 
 BoardSpec read_board(const Json &j, const std::string &place, const Fleet &fleet)

@@ -18,6 +18,7 @@
 #include "npiv/npiv_spec.hpp"
 #include "scsi/luns.hpp"
 #include "sli4/spec.hpp"
+#include "drvparams/drvparams_spec.hpp"
 
 namespace kvdsim
 {
@@ -119,15 +120,16 @@ struct BoardSpec {
     uint32_t max_frame = 2048;
     Wwn fabric_name{};
     std::vector<RemotePort> remote_ports;
-    EventsSpec events; // "events": sensor and scheduled events
-    DiagSpec diag;     // "diag": loopback plug
-    AsicSpec asic;     // the Tarvo ASIC, when `tarvo`
-    PortSpec port;     // the "port" section
-    ScsiSpec scsi;     // logical units of the FCP targets among the remote ports
-    AuthSpec auth;     // FC-SP secrets of remote entities
-    NodesSpec nodes;   // VPD and persistent bindings
-    NpivSpec npiv;     // "npiv": driver enable, the fabric's NPIV logins
-    SdSpec sd;         // "sd": background traffic of the FCP targets
+    EventsSpec events;       // "events": sensor and scheduled events
+    DiagSpec diag;           // "diag": loopback plug
+    AsicSpec asic;           // the Tarvo ASIC, when `tarvo`
+    PortSpec port;           // the "port" section
+    ScsiSpec scsi;           // logical units of the FCP targets among the remote ports
+    AuthSpec auth;           // FC-SP secrets of remote entities
+    NodesSpec nodes;         // VPD and persistent bindings
+    NpivSpec npiv;           // "npiv": driver enable, the fabric's NPIV logins
+    SdSpec sd;               // "sd": background traffic of the FCP targets
+    DrvParamsSpec drvparams; // driver parameters as loaded
 };
 
 struct Fleet {

@@ -111,6 +111,15 @@ void Library::load()
             b.nodes = std::make_unique<Nodes>(cfg);
             b.npiv = std::make_unique<Npiv>(cfg, *b.fabric, *b.nodes, b.events.get());
             b.sd = std::make_unique<SdEngine>(cfg);
+            b.drvparams = std::make_unique<DrvParams>(cfg);
+            // The driver's NPIV parameter gates virtual ports; the fleet's
+            // npiv section may hold them off as well.
+            if (auto i = b.drvparams->find("enable_npiv")) {
+                b.npiv->set_driver_npiv_enable(cfg.npiv.driver_enable && b.drvparams->current(*i) != 0);
+                b.drvparams->on_change("enable_npiv", [npiv = b.npiv.get()](uint32_t on) {
+                    npiv->set_driver_npiv_enable(on != 0);
+                });
+            }
             mask |= 1u << cfg.number;
         }
     } catch (const std::exception &e) {
@@ -121,6 +130,7 @@ void Library::load()
             b.npiv.reset();
             b.sd.reset();
             b.port.reset();
+            b.drvparams.reset();
             b.fw.reset();
             b.pci.reset();
             b.mgmt.reset();

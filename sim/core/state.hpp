@@ -32,6 +32,7 @@
 #include "core/trace.hpp"
 #include "mgmt/mgmt.hpp"
 #include "pci/pci_engine.hpp"
+#include "drvparams/drvparams.hpp"
 
 namespace kvdsim
 {
@@ -41,20 +42,21 @@ namespace kvdsim
 // its member here and constructing it in Library::load().
 struct Board {
     const BoardSpec *cfg = nullptr;
-    std::unique_ptr<Firmware> fw;        // mailbox firmware: every board
-    std::unique_ptr<Asic> asic;          // Tarvo ASIC: converged boards only
-    std::unique_ptr<Port> port;          // driver port settings: every board
-    std::unique_ptr<Fabric> fabric;      // what the port reaches: every board
-    std::unique_ptr<ScsiTargets> scsi;   // the FCP targets among them
-    std::unique_ptr<Sli4Engine> sli4;    // SLI-4 configuration and object store: SLI-4 boards
-    std::unique_ptr<PciEngine> pci;      // configuration space, registers, SLIM: every board
-    std::unique_ptr<MgmtEngine> mgmt;    // RNID management information: every board
-    std::unique_ptr<BoardEvents> events; // event log, sensor: every board
-    std::unique_ptr<Diag> diag;          // loopback, rings, resets: every board
-    std::unique_ptr<AuthEngine> auth;    // FC-SP authentication: every board
-    std::unique_ptr<Nodes> nodes;        // nodes, VPD, bindings, target mapping: every board
-    std::unique_ptr<Npiv> npiv;          // NPIV virtual ports: every board
-    std::unique_ptr<SdEngine> sd;        // SD events and latency collection: every board
+    std::unique_ptr<Firmware> fw;         // mailbox firmware: every board
+    std::unique_ptr<Asic> asic;           // Tarvo ASIC: converged boards only
+    std::unique_ptr<Port> port;           // driver port settings: every board
+    std::unique_ptr<Fabric> fabric;       // what the port reaches: every board
+    std::unique_ptr<ScsiTargets> scsi;    // the FCP targets among them
+    std::unique_ptr<Sli4Engine> sli4;     // SLI-4 configuration and object store: SLI-4 boards
+    std::unique_ptr<PciEngine> pci;       // configuration space, registers, SLIM: every board
+    std::unique_ptr<MgmtEngine> mgmt;     // RNID management information: every board
+    std::unique_ptr<BoardEvents> events;  // event log, sensor: every board
+    std::unique_ptr<Diag> diag;           // loopback, rings, resets: every board
+    std::unique_ptr<AuthEngine> auth;     // FC-SP authentication: every board
+    std::unique_ptr<Nodes> nodes;         // nodes, VPD, bindings, target mapping: every board
+    std::unique_ptr<Npiv> npiv;           // NPIV virtual ports: every board
+    std::unique_ptr<SdEngine> sd;         // SD events and latency collection: every board
+    std::unique_ptr<DrvParams> drvparams; // driver configuration parameters: every board
 };
 
 class Library

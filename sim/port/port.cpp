@@ -92,8 +92,23 @@ template <class R> void write_record(std::span<uint8_t> data, const R &r)
 
 Port::Port(const BoardSpec &cfg)
     : cfg_(cfg), fc_map_(cfg.port.fc_map & 0xFFFFFF), vlan_valid_(cfg.port.vlan_valid),
-      vlan_id_(cfg.port.vlan_id), fcp_priority_(cfg.port.fcp_priority), persist_(cfg.port.persist_link_down)
+      vlan_id_(cfg.port.vlan_id), fcp_priority_(cfg.port.fcp_priority), persist_(cfg.port.persist_link_down),
+      fcfs_(cfg.port.fcfs)
 {
+    // Without FCFs of its own the wire has two of the board's fabric,
+    // switches 1 and 2, the first preferred.
+    if (fcfs_.empty())
+        for (uint8_t n = 1; n <= 2; ++n) {
+            FcfSpec f;
+            const auto board = static_cast<uint8_t>(cfg.number);
+            f.mac = {0x06, 0x4b, 0x51, 0xfc, board, n};
+            f.switch_name = {0x20, n, 0x06, 0x4b, 0x51, 0xfc, board, 0x00};
+            f.fabric_name = cfg.fabric_name;
+            f.priority = static_cast<uint8_t>(126 + 2 * n);
+            f.fc_map = cfg.port.fcf_fc_map;
+            f.vlans = cfg.port.fcf_vlans;
+            fcfs_.push_back(f);
+        }
 }
 
 void Port::power_on(Firmware &fw)
@@ -107,15 +122,13 @@ bool Port::fcoe() const
     return cfg_.protocol == Protocol::fcoe;
 }
 
-// FIP discovery finds the FCF when the port solicits under the FCF's
+// FIP discovery finds an FCF when the port solicits under the FCF's
 // FC-MAP, on a VLAN the FCF serves (any such VLAN when the port leaves the
-// VLAN to discovery).
+// VLAN to discovery); the port logs in through one its connection list
+// admits.
 bool Port::fcf_answers() const
 {
-    const PortSpec &p = cfg_.port;
-    if (fc_map_ != (p.fcf_fc_map & 0xFFFFFF) || p.fcf_vlans.empty())
-        return false;
-    return !vlan_valid_ || std::find(p.fcf_vlans.begin(), p.fcf_vlans.end(), vlan_id_) != p.fcf_vlans.end();
+    return selected_fcf().has_value();
 }
 
 bool Port::link_allowed() const
@@ -349,6 +362,14 @@ struct PortCommands {
         {kPortResetAdapter, "RESET_ADAPTER", kSliAll, 0, 0, &Port::reset_adapter},
         {kPortGetLogMask, "GET_LOG_MASK", kSliAll, 0, sizeof(uint32_t), &Port::get_log_mask},
         {kPortSetLogMask, "SET_LOG_MASK", kSliAll, 0, 0, &Port::set_log_mask},
+        {kPortFcoeGetConnList, "FCOE_GET_CONN_LIST", kSliAll, sizeof(KVD_FCFCONNLIST),
+         sizeof(KVD_FCFCONNLIST), &Port::fcoe_get_conn_list},
+        {kPortFcoeSetConnList, "FCOE_SET_CONN_LIST", kSliAll, sizeof(KVD_FCFCONNLIST), 0,
+         &Port::fcoe_set_conn_list},
+        {kPortFcoeGetFcfTable, "FCOE_GET_FCF_TABLE", kSliAll, 0, 0, &Port::fcoe_get_fcf_table},
+        {kPortQosGetConfig, "QOS_GET_CONFIG", kSliAll, sizeof(KVD_QOSCONFIG), sizeof(KVD_QOSCONFIG),
+         &Port::qos_get_config},
+        {kPortQosSetConfig, "QOS_SET_CONFIG", kSliAll, sizeof(KVD_QOSCONFIG), 0, &Port::qos_set_config},
     };
 };
 static_assert(unique_codes(PortCommands::table), "two port requests share a code");

@@ -7,11 +7,14 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
+#include <optional>
 #include <span>
 #include <vector>
 
 #include "core/engine.hpp"
 #include "core/fleet.hpp"
+#include "kvd_fcf.h"
 #include "mailbox/firmware.hpp"
 
 namespace kvdsim
@@ -30,6 +33,11 @@ enum PortCode : uint32_t {
     kPortResetAdapter = 0x48,
     kPortGetLogMask = 0x49,
     kPortSetLogMask = 0x4A,
+    kPortFcoeGetConnList = 0x4B,
+    kPortFcoeSetConnList = 0x4C,
+    kPortFcoeGetFcfTable = 0x4D,
+    kPortQosGetConfig = 0x4E,
+    kPortQosSetConfig = 0x4F,
 };
 
 // Configuration regions the dump mailbox reads.
@@ -82,6 +90,11 @@ class Port
         return persist_;
     }
 
+    // The FCFs discovery finds (one entry per FCF and VLAN), each with its
+    // state; `link_up` tells whether the port is logged in through the one
+    // it selected.
+    std::vector<KVD_FCFENTRY> fcf_table(bool link_up) const;
+
   private:
     friend struct PortCommands;
 
@@ -96,6 +109,16 @@ class Port
     int32_t reset_adapter(PortCommand &cmd);
     int32_t get_log_mask(PortCommand &cmd);
     int32_t set_log_mask(PortCommand &cmd);
+    int32_t fcoe_get_conn_list(PortCommand &cmd);
+    int32_t fcoe_set_conn_list(PortCommand &cmd);
+    int32_t fcoe_get_fcf_table(PortCommand &cmd);
+    int32_t qos_get_config(PortCommand &cmd);
+    int32_t qos_set_config(PortCommand &cmd);
+
+    // The advertisement (index into fcf_table) the port logs in through:
+    // the best one that matches its parameters and its connection list.
+    std::optional<size_t> selected_fcf() const;
+    bool admitted(const KVD_FCFENTRY &fcf, const KVD_FCFCONNENTRY **by) const;
 
     bool fcoe() const;
     bool fcf_answers() const;
@@ -108,7 +131,14 @@ class Port
     uint16_t vlan_id_;
     uint32_t fcp_priority_;
     uint16_t persist_;
-    uint32_t log_mask_ = 0; // the driver's logging mask (KVD_DRVLOG_*)
+    uint32_t log_mask_ = 0;              // the driver's logging mask (KVD_DRVLOG_*)
+    std::vector<FcfSpec> fcfs_;          // the FCFs on the wire
+    std::vector<KVD_FCFCONNENTRY> conn_; // FCF connection list; empty: any FCF
+    struct QosSetting {
+        uint8_t priority = 0;
+        bool enabled = false;
+    };
+    std::map<std::array<uint8_t, 8>, QosSetting> qos_; // per FCP target WWPN
 };
 
 } // namespace kvdsim

@@ -3,6 +3,7 @@
 // finds on its wire. Read from the board's "port" object.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <vector>
 
@@ -18,6 +19,17 @@ constexpr uint32_t kDefaultFcMap = 0x0EFC00;
 constexpr uint16_t kDefaultFcfVlan = 1002;
 constexpr uint16_t kMaxVlanId = 4094;
 
+// An FCF of the board's FCoE fabric, as FIP discovery finds it: one
+// advertisement per VLAN it serves.
+struct FcfSpec {
+    std::array<uint8_t, 6> mac{};
+    std::array<uint8_t, 8> switch_name{};
+    std::array<uint8_t, 8> fabric_name{};
+    uint8_t priority = 128; // advertised priority: lower is preferred
+    uint32_t fc_map = kDefaultFcMap;
+    std::vector<uint16_t> vlans{kDefaultFcfVlan};
+};
+
 struct PortSpec {
     // Stored FCoE parameters (FCoE boards only).
     uint32_t fc_map = kDefaultFcMap;
@@ -27,6 +39,9 @@ struct PortSpec {
     // it answers discovery on.
     uint32_t fcf_fc_map = kDefaultFcMap;
     std::vector<uint16_t> fcf_vlans{kDefaultFcfVlan};
+    // The FCFs on the wire (FCoE boards). Empty: two FCFs of the board's
+    // fabric under fcf_fc_map on fcf_vlans.
+    std::vector<FcfSpec> fcfs;
     // Global FCP priority flag as the driver loaded it (any 32-bit value).
     uint32_t fcp_priority = 0;
     // Link-down persistence (boards with the persistLinkEnable feature).

@@ -316,3 +316,20 @@ Bad names and word counts.
   247
   Usage: vpnpivrdy
   247
+
+The driver's enable_npiv parameter is not dynamic: set to 0 it waits for
+a reset, then the driver and SLI readiness bits drop and vpcreate is
+refused.
+
+  $ printf '%s\n' 'setcfg enable_npiv 0' 'set lines 100' getcfg 'setcfg enable_npiv 0' vpnpivrdy 'reset hba 1' \
+  >   vpnpivrdy 'vpcreate 2' quit | kvd 2>&1 | grep -E 'Must|enable_npiv|checklist|Driver NPIV|SLI NPIV|hba:|vpcreate|VPCreate'
+  cmd> Must run getcfg first
+  * enable_npiv* (glob)
+  cmd> cmd> NPIV Ready checklist: 0xff
+  Driver NPIV enabled : 1
+  SLI NPIV ready mode : 1
+  cmd> hba: 0 reset type: 1
+  cmd> NPIV Ready checklist: 0xfc
+  Driver NPIV enabled : 0
+  SLI NPIV ready mode : 0
+  cmd> vpcreate failed with rc = x5f

@@ -403,6 +403,47 @@ int32_t KVD_SD_Get_Data(uint32_t, HBA_WWN, uint32_t, uint16_t *count, uint32_t s
     return status;
 }
 
+// Driver parameters: the table the shell keeps holds KVD_CFG_MAX_PARAMS
+// entries; the count comes from the stream.
+uint32_t GetCfgParam(uint32_t, CFGPARAM *cfgparam)
+{
+    if (cfgparam != nullptr)
+        stream_fill(cfgparam, KVD_CFG_MAX_PARAMS * sizeof(*cfgparam));
+    return stream_u32();
+}
+uint32_t SetCfgParam(uint32_t, uint32_t, uint32_t)
+{
+    return stream_status();
+}
+
+// FCF connection list, discovered FCFs, per-target FCP priorities.
+uint32_t KVD_FCoEGetConnList(uint32_t, KVD_FCFCONNLIST *list)
+{
+    return reply(list);
+}
+uint32_t KVD_FCoESetConnList(uint32_t, KVD_FCFCONNLIST *)
+{
+    return stream_status();
+}
+uint32_t KVD_FCoEGetFCFTable(uint32_t, uint32_t *count, KVD_FCFENTRY *table)
+{
+    uint32_t status = stream_status();
+    if (count != nullptr) {
+        if (table != nullptr)
+            stream_fill(table, size_t{*count} * sizeof(*table));
+        *count = stream_u32();
+    }
+    return status;
+}
+uint32_t KVD_QoSGetConfig(uint32_t, KVD_QOSCONFIG *config)
+{
+    return reply(config);
+}
+uint32_t KVD_QoSSetConfig(uint32_t, KVD_QOSCONFIG *)
+{
+    return stream_status();
+}
+
 // Pass-through.
 uint32_t KVD_SendELSCmd(uint32_t, KVD_ELS_DEST *, void *, uint32_t, void *rsp, uint32_t *rsp_size)
 {

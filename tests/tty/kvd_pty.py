@@ -64,7 +64,17 @@ class Session:
     def type(self, keys):
         os.write(self.master, keys.encode())
 
+    def editor_ready(self, timeout=5.0):
+        """Waits until the editor has the terminal in its own mode: it may
+        draw the prompt before it switches, and keys typed before then are
+        seen by the terminal's line discipline instead."""
+        end = time.monotonic() + timeout
+        while termios.tcgetattr(self.slave)[3] == self.before[3] and time.monotonic() < end:
+            time.sleep(0.02)
+        return termios.tcgetattr(self.slave)[3] != self.before[3]
+
     def command(self, keys, expect="cmd> "):
+        self.editor_ready()
         self.type(keys)
         return self.read_until(expect)
 
@@ -97,13 +107,7 @@ def main():
     # First session: editing, recall, completion, prompts; left with quit.
     s = Session(home, trace, cwd=files)
     s.read_until("cmd> ")
-    # the editor may draw the prompt before it sets its mode: give it time
-    for _ in range(100):
-        raw = termios.tcgetattr(s.slave)
-        if raw[3] != s.before[3]:
-            break
-        time.sleep(0.05)
-    check("editor owns the terminal at the prompt", raw[3] != s.before[3], "local modes unchanged")
+    check("editor owns the terminal at the prompt", s.editor_ready(), "local modes unchanged")
     out = s.command("set lines 7\r")
     out = s.command("sett\x7f\r")  # backspace edits the line before it runs
     check("backspace", "lines 7" in out, out)
@@ -140,10 +144,12 @@ def main():
     out = s.command("\x12set ri\r")
     check("reverse search", "ring 43" in out, out)
     # A prompt dialogue reads its answer through the editor too.
+    s.editor_ready()
     s.type("mbox initlink\r")
     s.read_until("link flags: ")
     out = s.command("0\r")
     check("prompt dialogue", "Command: 0x5" in out, out)
+    s.editor_ready()
     s.type("quit\r")
     check("quit status", s.wait() == 1)
     check("terminal restored after quit", termios.tcgetattr(s.slave) == s.before)
@@ -159,6 +165,7 @@ def main():
     s.command("\x12set li\r")
     out = s.command("set\r")
     check("history from the last session", "lines 12" in out, out)
+    s.editor_ready()
     s.type("set bo")
     time.sleep(0.2)
     s.type("\x03")
@@ -175,6 +182,7 @@ def main():
     s.read_until("cmd> ")
     out = s.command("set\r")
     check("shell without a home", "lines 16" in out, out)
+    s.editor_ready()
     s.type("quit\r")
     s.wait()
     s.close()

@@ -11,6 +11,8 @@
 #include "kvd_nodes.h"
 #include "kvd_vport.h"
 #include "kvd_sd.h"
+#include "kvd_cfg.h"
+#include "kvd_fcf.h"
 
 int kvd_headers_c11_probe(MAILBOX *sli4);
 int kvd_headers_c11_probe(MAILBOX *sli4)
@@ -34,5 +36,6 @@ int kvd_headers_c11_probe(MAILBOX *sli4)
            fcp.fcpCdb[0] + ct.revision + vp.ver + (int)dest.addrType + (int)sizeof(FCP_RSP) +
            (int)sizeof(SCSI_SENSE) + (int)sizeof(gorvik_common_read_object_cmd) +
            IssueInternalMboxWithRetryEx(0, sli4, 0, 0, 0, 0, 1, 100) + kvd_get_board_sli4_if_type(0) +
-           (int)KVD_SetDriverLogMask(0, KVD_DRVLOG_ALL);
+           (int)KVD_SetDriverLogMask(0, KVD_DRVLOG_ALL) + (int)sizeof(CFGPARAM) +
+           (int)sizeof(KVD_FCFCONNLIST) + (int)sizeof(KVD_FCFENTRY) + (int)sizeof(KVD_QOSCONFIG);
 }

@@ -15,6 +15,7 @@
 #include "sli4/sli4_engine.hpp"
 #include "tarvo/tarvo.h"
 #include "port/port.hpp"
+#include "drvparams/drvparams.hpp"
 #include "auth/auth.hpp"
 
 using kvdsim::Asic;
@@ -84,6 +85,7 @@ TEST(Tables, EveryResetTypeHasARow)
     EXPECT_EQ(codes, (std::set<uint32_t>{KVD_RESET_SELECTIVE, KVD_RESET_COORDINATED, KVD_RESET_FIRMWARE}));
     expect_unique_codes(Asic::commands(), "asic");
     expect_unique_codes(Port::commands(), "port");
+    expect_unique_codes(kvdsim::DrvParams::commands(), "drvparams");
     expect_unique_codes(AuthEngine::commands(), "auth");
     expect_unique_codes(Sli4Engine::commands(), "sli4");
     expect_unique_codes(ScsiTargets::commands(), "scsi");

@@ -1,0 +1,24 @@
+// The fleet's description of a board's driver parameters: the values the
+// driver loaded with, by parameter name. Read from the board's "drvparams"
+// object; parameters it does not name start at their defaults.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string>
+
+namespace kvdsim
+{
+
+class Section;
+struct BoardSpec;
+
+struct DrvParamsSpec {
+    std::map<std::string, uint32_t> values;
+};
+
+// Reads the board's "drvparams" object into spec.drvparams. Runs after the
+// board's protocol is read: the parameters a board has follow it.
+void read_drvparams_section(Section &board, BoardSpec &spec);
+
+} // namespace kvdsim
