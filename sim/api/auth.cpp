@@ -59,20 +59,6 @@ template <class R> std::span<uint8_t> span_of(R &r)
     return {reinterpret_cast<uint8_t *>(&r), sizeof r};
 }
 
-// Runs one engine request and puts the result and the request's name on
-// the trace line.
-int32_t request(Call &c, Board &b, uint32_t code, AuthRequest &r)
-{
-    CommandNote note;
-    const int32_t rc = b.auth->run(code, r, &note);
-    c.line.result(rc);
-    if (note.name)
-        c.line.tag("command", note.name);
-    if (note.rule)
-        c.line.injected(note.rule);
-    return rc;
-}
-
 } // namespace
 
 uint32_t KVD_GetAuthConfig(uint32_t board, ZRT_FCSP_CONFIG *config)
@@ -85,7 +71,7 @@ uint32_t KVD_GetAuthConfig(uint32_t board, ZRT_FCSP_CONFIG *config)
             ZRT_FCSP_CONFIG copy;
             std::memcpy(&copy, config, sizeof copy);
             AuthRequest r{wwn_of(copy.local_entity), wwn_of(copy.remote_entity), span_of(copy), {}};
-            const int32_t rc = request(c, b, kAuthGetConfig, r);
+            const int32_t rc = engine_request(c, *b.auth, kAuthGetConfig, r);
             c.line.bytes("in", config, sizeof *config);
             if (rc == 0) {
                 std::memcpy(config, &copy, sizeof copy);
@@ -108,7 +94,7 @@ uint32_t KVD_SetAuthConfig(uint32_t board, ZRT_FCSP_CONFIG *config, AUTH_PASSWD_
             AUTH_PASSWD_INFO pw;
             std::memcpy(&pw, password, sizeof pw);
             AuthRequest r{wwn_of(copy.local_entity), wwn_of(copy.remote_entity), span_of(copy), span_of(pw)};
-            const int32_t rc = request(c, b, kAuthSetConfig, r);
+            const int32_t rc = engine_request(c, *b.auth, kAuthSetConfig, r);
             const AUTH_PASSWD_INFO shown = masked(pw);
             c.line.bytes("in", config, sizeof *config).bytes("password", &shown, sizeof shown);
             return static_cast<uint32_t>(rc);
@@ -129,7 +115,7 @@ uint32_t KVD_DeleteAuthConfig(uint32_t board, uint64_t local_entity, uint64_t re
             AUTH_PASSWD_INFO pw;
             std::memcpy(&pw, password, sizeof pw);
             AuthRequest r{local, remote, {}, span_of(pw)};
-            const int32_t rc = request(c, b, kAuthDeleteConfig, r);
+            const int32_t rc = engine_request(c, *b.auth, kAuthDeleteConfig, r);
             const AUTH_PASSWD_INFO shown = masked(pw);
             c.line.bytes("password", &shown, sizeof shown);
             return static_cast<uint32_t>(rc);
@@ -147,7 +133,7 @@ uint32_t KVD_GetAuthPassword(uint32_t board, ZRT_AUTH_PASSWD *password)
             std::memcpy(&copy, password, sizeof copy);
             const ZRT_AUTH_PASSWD shown = masked(copy);
             AuthRequest r{wwn_of(copy.local_entity), wwn_of(copy.remote_entity), span_of(copy), {}};
-            const int32_t rc = request(c, b, kAuthGetPassword, r);
+            const int32_t rc = engine_request(c, *b.auth, kAuthGetPassword, r);
             c.line.bytes("in", &shown, sizeof shown);
             if (rc == 0) {
                 std::memcpy(password, &copy, sizeof copy);
@@ -167,7 +153,7 @@ uint32_t KVD_SetAuthPassword(uint32_t board, ZRT_AUTH_PASSWD *password)
             ZRT_AUTH_PASSWD copy;
             std::memcpy(&copy, password, sizeof copy);
             AuthRequest r{wwn_of(copy.local_entity), wwn_of(copy.remote_entity), span_of(copy), {}};
-            const int32_t rc = request(c, b, kAuthSetPassword, r);
+            const int32_t rc = engine_request(c, *b.auth, kAuthSetPassword, r);
             const ZRT_AUTH_PASSWD shown = masked(copy);
             c.line.bytes("in", &shown, sizeof shown);
             return static_cast<uint32_t>(rc);
@@ -184,7 +170,7 @@ uint32_t KVD_InitiateAuthentication(uint32_t board, uint64_t local_entity, uint6
         },
         [&](Call &c, Board &b) -> uint32_t {
             AuthRequest r{local, remote, {}, {}};
-            return static_cast<uint32_t>(request(c, b, kAuthInitiate, r));
+            return static_cast<uint32_t>(engine_request(c, *b.auth, kAuthInitiate, r));
         });
 }
 
@@ -202,7 +188,7 @@ uint32_t KVD_GetAuthStatus(uint32_t board, KVD_AuthStatus *status, HBA_WWN *remo
             AuthRequest r{{}, {}, span_of(copy), {}};
             std::memcpy(r.local.data(), copy.local_entity.wwn, 8);
             std::memcpy(r.remote.data(), remote->wwn, 8);
-            const int32_t rc = request(c, b, kAuthGetStatus, r);
+            const int32_t rc = engine_request(c, *b.auth, kAuthGetStatus, r);
             c.line.bytes("in", status, sizeof *status);
             if (rc == 0) {
                 std::memcpy(status, &copy, sizeof copy);
@@ -230,7 +216,7 @@ uint32_t KVD_GetAuthConfigList(uint32_t board, uint64_t local_entity, KVD_AuthCo
             std::vector<uint8_t> copy(KVD_AUTHLIST_SIZE(room));
             std::memcpy(copy.data(), &room, 4);
             AuthRequest r{local, {}, copy, {}};
-            const int32_t rc = request(c, b, kAuthConfigList, r);
+            const int32_t rc = engine_request(c, *b.auth, kAuthConfigList, r);
             if (rc == 0) {
                 uint32_t n;
                 std::memcpy(&n, copy.data(), 4);

@@ -13,23 +13,6 @@
 
 using namespace kvdsim;
 
-namespace
-{
-
-int32_t request(Call &c, Board &b, uint32_t code, CfgCommand &cmd)
-{
-    CommandNote note;
-    const int32_t rc = b.drvparams->run(code, cmd, &note);
-    c.line.result(rc);
-    if (note.name)
-        c.line.tag("command", note.name);
-    if (note.rule)
-        c.line.injected(note.rule);
-    return rc;
-}
-
-} // namespace
-
 // The count is the result; 0 is a failure (the errno value goes on the
 // trace line only).
 uint32_t GetCfgParam(uint32_t board, CFGPARAM *cfgparam)
@@ -48,10 +31,7 @@ uint32_t GetCfgParam(uint32_t board, CFGPARAM *cfgparam)
             c.line.result(n);
             if (rc != 0)
                 c.line.tag("errno", std::to_string(rc).c_str());
-            if (note.name)
-                c.line.tag("command", note.name);
-            if (note.rule)
-                c.line.injected(note.rule);
+            note_command(c, note);
             return n;
         });
 }
@@ -65,6 +45,6 @@ uint32_t SetCfgParam(uint32_t board, uint32_t index, uint32_t value)
             CfgCommand cmd;
             cmd.index = index;
             cmd.value = value;
-            return static_cast<uint32_t>(request(c, b, kCfgSetParam, cmd));
+            return static_cast<uint32_t>(engine_request(c, *b.drvparams, kCfgSetParam, cmd));
         });
 }

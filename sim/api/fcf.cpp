@@ -10,42 +10,9 @@
 #include <vector>
 
 #include "core/entry.hpp"
+#include "port/port_request.hpp"
 
 using namespace kvdsim;
-
-namespace
-{
-
-int32_t request(Call &c, Board &b, uint32_t code, PortCommand &cmd)
-{
-    CommandNote note;
-    const int32_t rc = b.port->run(code, cmd, &note);
-    c.line.result(rc);
-    if (note.name)
-        c.line.tag("command", note.name);
-    if (note.rule)
-        c.line.injected(note.rule);
-    return rc;
-}
-
-template <class R> uint32_t record_request(Call &c, Board &b, uint32_t code, R *record, bool writes)
-{
-    if (writes)
-        c.out(record, sizeof *record);
-    R copy;
-    std::memcpy(&copy, record, sizeof copy);
-    const R received = copy;
-    PortCommand cmd{*b.fw, {reinterpret_cast<uint8_t *>(&copy), sizeof copy}};
-    const int32_t rc = request(c, b, code, cmd);
-    c.line.bytes("in", &received, sizeof received);
-    if (rc == 0 && writes) {
-        std::memcpy(record, &copy, sizeof copy);
-        c.line.bytes("out", record, sizeof *record);
-    }
-    return static_cast<uint32_t>(rc);
-}
-
-} // namespace
 
 uint32_t KVD_FCoEGetConnList(uint32_t board, KVD_FCFCONNLIST *list)
 {
@@ -78,7 +45,7 @@ uint32_t KVD_FCoEGetFCFTable(uint32_t board, uint32_t *count, KVD_FCFENTRY *tabl
             PortCommand cmd{*b.fw,
                             {reinterpret_cast<uint8_t *>(data.data()), data.size() * sizeof(KVD_FCFENTRY)}};
             cmd.args[0] = static_cast<uint32_t>(data.size());
-            const int32_t rc = request(c, b, kPortFcoeGetFcfTable, cmd);
+            const int32_t rc = engine_request(c, *b.port, kPortFcoeGetFcfTable, cmd);
             if (rc == 0) {
                 if (cmd.written)
                     std::memcpy(table, data.data(), cmd.written);

@@ -14,23 +14,6 @@
 
 using namespace kvdsim;
 
-namespace
-{
-
-int32_t port_request(Call &c, Board &b, uint32_t code, PortCommand &cmd)
-{
-    CommandNote note;
-    const int32_t rc = b.port->run(code, cmd, &note);
-    c.line.result(rc);
-    if (note.name)
-        c.line.tag("command", note.name);
-    if (note.rule)
-        c.line.injected(note.rule);
-    return rc;
-}
-
-} // namespace
-
 uint32_t KVD_SetLibLogging(uint32_t mask)
 {
     return library_call<uint32_t>(
@@ -54,7 +37,7 @@ uint32_t KVD_GetDriverLogMask(uint32_t board, uint32_t *mask)
             c.out(mask, sizeof *mask);
             uint32_t out = 0;
             PortCommand cmd{*b.fw, {reinterpret_cast<uint8_t *>(&out), sizeof out}};
-            const int32_t rc = port_request(c, b, kPortGetLogMask, cmd);
+            const int32_t rc = engine_request(c, *b.port, kPortGetLogMask, cmd);
             if (rc == 0) {
                 *mask = out;
                 c.line.bytes("out", mask, sizeof *mask);
@@ -71,6 +54,6 @@ uint32_t KVD_SetDriverLogMask(uint32_t board, uint32_t mask)
         [&](Call &c, Board &b) -> uint32_t {
             PortCommand cmd{*b.fw, {}};
             cmd.args[0] = mask;
-            return static_cast<uint32_t>(port_request(c, b, kPortSetLogMask, cmd));
+            return static_cast<uint32_t>(engine_request(c, *b.port, kPortSetLogMask, cmd));
         });
 }

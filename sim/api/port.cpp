@@ -14,44 +14,12 @@
 #include <vector>
 
 #include "core/entry.hpp"
+#include "port/port_request.hpp"
 
 using namespace kvdsim;
 
 namespace
 {
-
-// Runs one engine request and puts the result and the command's name on
-// the trace line.
-int32_t request(Call &c, Board &b, uint32_t code, PortCommand &cmd)
-{
-    CommandNote note;
-    const int32_t rc = b.port->run(code, cmd, &note);
-    c.line.result(rc);
-    if (note.name)
-        c.line.tag("command", note.name);
-    if (note.rule)
-        c.line.injected(note.rule);
-    return rc;
-}
-
-// A request that reads a record of type R from the caller and writes it
-// back on success.
-template <class R> uint32_t record_request(Call &c, Board &b, uint32_t code, R *record, bool writes)
-{
-    if (writes)
-        c.out(record, sizeof *record);
-    R copy;
-    std::memcpy(&copy, record, sizeof copy);
-    const R received = copy;
-    PortCommand cmd{*b.fw, {reinterpret_cast<uint8_t *>(&copy), sizeof copy}};
-    const int32_t rc = request(c, b, code, cmd);
-    c.line.bytes("in", &received, sizeof received);
-    if (rc == 0 && writes) {
-        std::memcpy(record, &copy, sizeof copy);
-        c.line.bytes("out", record, sizeof *record);
-    }
-    return static_cast<uint32_t>(rc);
-}
 
 // A request that only answers a value of type V.
 template <class V> uint32_t value_request(Call &c, Board &b, uint32_t code, V *value)
@@ -59,7 +27,7 @@ template <class V> uint32_t value_request(Call &c, Board &b, uint32_t code, V *v
     c.out(value, sizeof *value);
     V out{};
     PortCommand cmd{*b.fw, {reinterpret_cast<uint8_t *>(&out), sizeof out}};
-    const int32_t rc = request(c, b, code, cmd);
+    const int32_t rc = engine_request(c, *b.port, code, cmd);
     if (rc == 0) {
         *value = out;
         c.line.bytes("out", value, sizeof *value);
@@ -72,7 +40,7 @@ uint32_t scalar_request(Call &c, Board &b, uint32_t code, uint32_t value)
 {
     PortCommand cmd{*b.fw, {}};
     cmd.args[0] = value;
-    return static_cast<uint32_t>(request(c, b, code, cmd));
+    return static_cast<uint32_t>(engine_request(c, *b.port, code, cmd));
 }
 
 } // namespace
@@ -161,7 +129,7 @@ uint32_t KVD_IssueDumpMBox(uint32_t board, uint32_t type, uint32_t index, uint32
             cmd.args[1] = index;
             cmd.args[2] = region;
             cmd.args[3] = offset;
-            const int32_t rc = request(c, b, kPortDumpRegion, cmd);
+            const int32_t rc = engine_request(c, *b.port, kPortDumpRegion, cmd);
             if (rc == 0) {
                 std::memcpy(buffer, data.data(), cmd.written);
                 *length = cmd.written;

@@ -108,4 +108,26 @@ R library_call(const char *name, const CallFamily &family, Args &&args, Work &&w
     }
 }
 
+// What an engine's dispatcher noted about a request goes on the trace line:
+// the row's name and the fault rule that answered for it.
+inline void note_command(Call &c, const CommandNote &note)
+{
+    if (note.name)
+        c.line.tag("command", note.name);
+    if (note.rule)
+        c.line.injected(note.rule);
+}
+
+// Runs one request through an engine's table of rows (port, driver
+// parameters, authentication, ...) with the result on the trace line.
+template <class Engine, class Request>
+int32_t engine_request(Call &c, Engine &engine, uint32_t code, Request &request)
+{
+    CommandNote note;
+    const int32_t rc = engine.run(code, request, &note);
+    c.line.result(rc);
+    note_command(c, note);
+    return rc;
+}
+
 } // namespace kvdsim
