@@ -59,7 +59,9 @@ int connect_channel(const std::string &path)
 std::string request(int fd, const std::string &line)
 {
     std::string text = line + "\n";
-    if (write(fd, text.data(), text.size()) != (ssize_t)text.size())
+    // The library may close the channel while a request is on its way (a
+    // release races the trigger): that is a failed write, not SIGPIPE.
+    if (send(fd, text.data(), text.size(), MSG_NOSIGNAL) != (ssize_t)text.size())
         return "write failed";
     std::string reply;
     char c;
