@@ -192,7 +192,9 @@ static void kvd_ct_request(uint8_t *buf, uint8_t gs_type, uint16_t command, uint
 }
 
 /* "nport" with a non-zero port id keeps sending until a send fails (a soak
- * test); Ctrl-C ends the shell through quit as at any other time. */
+ * test); Ctrl-C ends the shell through quit as at any other time. The signal
+ * path leaves with _exit, so each round is flushed before the next send: an
+ * answer redirected to a file is not lost with the buffer. */
 KVD_HANDLER(ct)
 {
     uint8_t *buf = kvd_bigbuffer;
@@ -243,6 +245,8 @@ KVD_HANDLER(ct)
             printf("%08x  ", w);
         }
         printf("\n");
+        if (soak)
+            fflush(stdout);
     } while (soak);
     return KVD_OK;
 }

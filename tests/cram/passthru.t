@@ -258,7 +258,8 @@ at once.
   [252]
 
 Ctrl-C ends the soak loop as it ends the shell at any time: quit releases
-the library and the status is 1.
+the library and the status is 1. Each round is flushed before the next send,
+so the answers already printed reach a redirected file.
 
   $ : > trace
   $ kvd -c 'ct nport 7' > out 2>&1 &
