@@ -38,7 +38,7 @@ uint32_t fill_table(Library &lib, Entry *table, uint32_t entries, Fill fill)
 {
     memset(table, 0, sizeof(Entry) * entries);
     uint32_t filled = 0;
-    for (const BoardSpec &cfg : lib.fleet().boards) {
+    for (const BoardConf &cfg : lib.fleet().boards) {
         if (cfg.number >= entries)
             continue;
         fill(cfg, table[cfg.number]);
@@ -97,7 +97,7 @@ uint32_t KVD_InitDiagEnv(KVD_BRDINFO *brdinfo, uint32_t max_boards)
         [&](Call &c) {
             const uint32_t entries = max_boards < KVD_MAX_BOARDS ? max_boards : KVD_MAX_BOARDS;
             const uint32_t filled = open_env(
-                c, brdinfo, entries, [](const BoardSpec &cfg, KVD_BRDINFO &e) { board_entry(cfg, e); });
+                c, brdinfo, entries, [](const BoardConf &cfg, KVD_BRDINFO &e) { board_entry(cfg, e); });
             // Its masks now follow every change of a board's state.
             remember_board_table(entries ? brdinfo : nullptr);
             return filled;
@@ -110,7 +110,7 @@ uint32_t InitDiagEnv(BRDINFO *brdinfo)
         "InitDiagEnv", kCountFamily, [&](TraceLine &t) { t.arg_ptr("brdinfo", brdinfo); },
         [&](Call &c) {
             return open_env(c, brdinfo, KVD_MAX_BOARDS,
-                            [](const BoardSpec &cfg, BRDINFO &e) { legacy_board_entry(cfg, e); });
+                            [](const BoardConf &cfg, BRDINFO &e) { legacy_board_entry(cfg, e); });
         });
 }
 

@@ -111,7 +111,7 @@ HBA_STATUS GetPortAttributesByWWN(uint32_t board, HBA_WWN wwn, HBA_PORTATTRIBUTE
             t.arg("board", board).arg_wwn("wwn", wwn.wwn).arg_ptr("attributes", attributes);
         },
         [&](Call &c, Board &b) {
-            const BoardSpec &cfg = *b.cfg;
+            const BoardConf &cfg = *b.cfg;
             LinkStatus link = b.fw->link();
             if (memcmp(wwn.wwn, cfg.wwpn.data(), 8) == 0) {
                 local_port_attributes(c.lib.fleet(), cfg, link, b.fw->state(), *attributes);

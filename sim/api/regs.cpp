@@ -188,7 +188,7 @@ uint32_t SetDiagEnv(uint32_t flag)
                 board_masks(c.lib, on, off);
                 return off ? KVD_DIAGENV_OFFLINE : KVD_DIAGENV_ONLINE;
             }
-            for (const BoardSpec &cfg : c.lib.fleet().boards)
+            for (const BoardConf &cfg : c.lib.fleet().boards)
                 if (Board *b = c.lib.board(cfg.number))
                     set_board_online(*b, flag == KVD_DIAGENV_ONLINE);
             publish_board_masks(c.lib);

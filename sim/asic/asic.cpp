@@ -164,7 +164,7 @@ const Asic::Row *Asic::find(uint32_t code)
     return find_row(AsicCommands::table, code);
 }
 
-std::vector<AsicLogSpec> AsicSpec::default_logs()
+std::vector<AsicLogConf> AsicConf::default_logs()
 {
     return {
         {"system", 8, 48, {"boot: operational image started", "port 0: link up 10G", "port 1: link up 10G"}},
@@ -174,7 +174,7 @@ std::vector<AsicLogSpec> AsicSpec::default_logs()
     };
 }
 
-Asic::Asic(const AsicSpec &setup)
+Asic::Asic(const AsicConf &setup)
     : fw_version_(setup.fw_version), fw_type_(setup.fw_type), maintenance_(setup.maintenance),
       link_up_(setup.link_up), bb_credit_(setup.bb_credit), frame_size_(setup.frame_size),
       mac0_(wire_mac(setup.mac0)), mac1_(wire_mac(setup.mac1)), fru_flags_(setup.channels & 3),
@@ -185,7 +185,7 @@ Asic::Asic(const AsicSpec &setup)
     store_word(0x8, fw_type_);
     build_sfp(setup);
     uint16_t id = 0;
-    for (const AsicLogSpec &ls : setup.logs) {
+    for (const AsicLogConf &ls : setup.logs) {
         Log l;
         l.id = id++;
         l.name = ls.name.substr(0, TARVO_LOG_NAME_SIZE - 1);
@@ -258,7 +258,7 @@ void Asic::take_panic(uint32_t type)
     log(0, type == 1 ? "panic: solicited" : "panic: exception");
 }
 
-void Asic::build_sfp(const AsicSpec &setup)
+void Asic::build_sfp(const AsicConf &setup)
 {
     uint8_t *a0 = sfp_a0_.data();
     a0[0] = 0x03;  // SFP or SFP+

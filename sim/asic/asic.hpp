@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "asic/asic_spec.hpp"
+#include "asic/asic_conf.hpp"
 #include "core/engine.hpp"
 #include "kvd_tarvo.h"
 
@@ -57,7 +57,7 @@ constexpr uint32_t kAsicDefaultFcMap = 0x0efc00;
 class Asic
 {
   public:
-    explicit Asic(const AsicSpec &setup);
+    explicit Asic(const AsicConf &setup);
 
     // One command exchange on board `board`. `cmd` is the command record
     // as sent, `rsp` the response buffer offered. Returns the transport
@@ -184,14 +184,14 @@ class Asic
     uint32_t diag(Exchange &x);
     uint32_t get_diag_log(Exchange &x);
 
-    void init_net(const AsicSpec &setup);
+    void init_net(const AsicConf &setup);
     void diag_advance();
     void diag_stop(uint32_t summary);
 
     void fill_init(tarvo_init_rsp_t &r) const;
     void log(uint16_t id, const std::string &text);
     void take_panic(uint32_t type);
-    void build_sfp(const AsicSpec &setup);
+    void build_sfp(const AsicConf &setup);
     void store_word(uint32_t address, uint32_t value);
     uint32_t log_cfg_size() const;
     uint32_t panic_log_size() const;

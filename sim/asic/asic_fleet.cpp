@@ -3,7 +3,7 @@
 #include <cstdio>
 
 #include "asic/asic.hpp"
-#include "asic/asic_spec.hpp"
+#include "asic/asic_conf.hpp"
 #include "core/section.hpp"
 
 namespace kvdsim
@@ -36,7 +36,7 @@ std::array<uint8_t, 6> to_mac(const Json &v, const std::string &place)
     return mac;
 }
 
-void read_logs(const Json &v, const std::string &place, std::vector<AsicLogSpec> &logs)
+void read_logs(const Json &v, const std::string &place, std::vector<AsicLogConf> &logs)
 {
     if (!v.is_array())
         fail(place, std::string("expected an array, found ") + type_name(v));
@@ -45,7 +45,7 @@ void read_logs(const Json &v, const std::string &place, std::vector<AsicLogSpec>
     logs.clear();
     for (size_t i = 0; i < v.size(); ++i) {
         Section l(v[i], place + "[" + std::to_string(i) + "]");
-        AsicLogSpec setup;
+        AsicLogConf setup;
         setup.name = to_text(l.need("name"), l.at("name"), TARVO_LOG_NAME_SIZE - 1);
         l.number("entries", setup.capacity, kLogEntriesMax);
         if (l.number("entry_size", setup.entry_size, kLogEntrySizeMax) && setup.entry_size < kLogEntrySizeMin)
@@ -67,8 +67,8 @@ void read_logs(const Json &v, const std::string &place, std::vector<AsicLogSpec>
 
 void read_asic_section(BoardReading &r)
 {
-    BoardSpec &b = r.spec;
-    AsicSpec &a = b.asic;
+    BoardConf &b = r.conf;
+    AsicConf &a = b.asic;
     // Without addresses of its own the ASIC's ports take the last three
     // bytes of the board's port name behind the maker's prefix.
     a.mac0 = {0x0a, 0x3c, 0x55, b.wwpn[5], b.wwpn[6], b.wwpn[7]};

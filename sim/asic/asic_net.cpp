@@ -71,7 +71,7 @@ constexpr uint32_t kMaxBgBw[kMaxPg] = {100, 100, 100, 100, 100, 100, 100, 100};
 
 } // namespace
 
-void Asic::init_net(const AsicSpec &setup)
+void Asic::init_net(const AsicConf &setup)
 {
     // Priority 3 carries FCoE in a group of its own.
     pg_current_.num_pg = 3;

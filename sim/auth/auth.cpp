@@ -157,7 +157,7 @@ std::vector<uint8_t> response(uint8_t hash_id, uint8_t id, std::span<const uint8
 
 } // namespace dhchap
 
-AuthEngine::AuthEngine(const BoardSpec &cfg, std::function<uint64_t()> now_ms)
+AuthEngine::AuthEngine(const BoardConf &cfg, std::function<uint64_t()> now_ms)
     : cfg_(cfg), now_ms_(now_ms ? std::move(now_ms) : steady_ms), rng_(std::random_device{}())
 {
 }
@@ -298,8 +298,8 @@ void AuthEngine::authenticate(const Wwn &remote, Pair &p)
                                     [&](const RemotePort &rp) { return rp.wwpn == remote; });
     if (!reachable)
         return fail(KVD_AUTH_FAIL_NO_RESPONSE);
-    const AuthEntitySpec *e = nullptr;
-    for (const AuthEntitySpec &a : cfg_.auth.entities)
+    const AuthEntityConf *e = nullptr;
+    for (const AuthEntityConf &a : cfg_.auth.entities)
         if (a.wwpn == remote)
             e = &a;
     if (!e)

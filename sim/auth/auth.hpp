@@ -71,7 +71,7 @@ class AuthEngine
 {
   public:
     // `now_ms` is the engine's clock in milliseconds (tests step it).
-    AuthEngine(const BoardSpec &cfg, std::function<uint64_t()> now_ms = {});
+    AuthEngine(const BoardConf &cfg, std::function<uint64_t()> now_ms = {});
 
     // Runs request `code`. A fault rule "auth:CODE" or "auth:NAME" answers
     // instead, with its result.
@@ -108,7 +108,7 @@ class AuthEngine
     // Runs one DH-CHAP exchange for the pair and records its outcome.
     void authenticate(const Wwn &remote, Pair &p);
 
-    BoardSpec cfg_;
+    BoardConf cfg_;
     std::function<uint64_t()> now_ms_;
     std::mt19937_64 rng_;
     std::map<std::pair<Wwn, Wwn>, Pair> pairs_;

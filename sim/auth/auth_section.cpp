@@ -2,7 +2,7 @@
 //
 //   "auth": { "entities": [ { "wwpn": "...", "secret": "...", "peer_secret": "...",
 //                             "hashes": [1, 2], "dh_groups": [0, 1, 2, 3, 4, 5] } ] }
-#include "auth/auth_spec.hpp"
+#include "auth/auth_conf.hpp"
 
 #include "core/fleet.hpp"
 #include "core/section.hpp"
@@ -31,7 +31,7 @@ std::vector<uint8_t> small_list(const Json &v, const std::string &place, uint8_t
 
 } // namespace
 
-void read_auth_section(Section &board, BoardSpec &spec)
+void read_auth_section(Section &board, BoardConf &conf)
 {
     const Json *j = board.take("auth");
     if (!j)
@@ -43,14 +43,14 @@ void read_auth_section(Section &board, BoardSpec &spec)
             fail(place, std::string("expected an array, found ") + type_name(*list));
         for (size_t i = 0; i < list->size(); ++i) {
             Section e((*list)[i], place + "[" + std::to_string(i) + "]");
-            AuthEntitySpec a;
+            AuthEntityConf a;
             a.wwpn = to_wwn(e.need("wwpn"), e.at("wwpn"));
             bool known = false;
-            for (const RemotePort &p : spec.remote_ports)
+            for (const RemotePort &p : conf.remote_ports)
                 known = known || p.wwpn == a.wwpn;
             if (!known)
                 fail(e.at("wwpn"), "not a remote port of this board");
-            for (const AuthEntitySpec &o : spec.auth.entities)
+            for (const AuthEntityConf &o : conf.auth.entities)
                 if (o.wwpn == a.wwpn)
                     fail(e.at("wwpn"), "duplicate entity");
             e.text("secret", a.secret, KVD_PASSWD_MAX);
@@ -60,7 +60,7 @@ void read_auth_section(Section &board, BoardSpec &spec)
             if (const Json *v = e.take("dh_groups"))
                 a.dh_groups = small_list(*v, e.at("dh_groups"), 0, KVD_AUTH_DH_GROUP_MAX);
             e.finish();
-            spec.auth.entities.push_back(std::move(a));
+            conf.auth.entities.push_back(std::move(a));
         }
     }
     s.finish();

@@ -193,7 +193,7 @@ std::string upper_hex(const uint8_t *p, size_t n)
 }
 
 // What the firmware of a board of this kind reports unless told otherwise.
-FirmwareRevision default_revision(const BoardSpec &b)
+FirmwareRevision default_revision(const BoardConf &b)
 {
     FirmwareRevision r;
     const std::string name = clip(b.firmware, kRevNameMax);
@@ -228,12 +228,12 @@ FirmwareRevision default_revision(const BoardSpec &b)
 // The READ_REV numbers and names the mailbox firmware reports.
 void read_revision(BoardReading &r)
 {
-    r.spec.revision = default_revision(r.spec);
+    r.conf.revision = default_revision(r.conf);
     const Json *j = r.board.take("revision");
     if (!j)
         return;
     Section o(*j, r.board.at("revision"));
-    FirmwareRevision &rev = r.spec.revision;
+    FirmwareRevision &rev = r.conf.revision;
     o.number("biu_rev", rev.biu_rev);
     o.number("sm_rev", rev.sm_rev);
     o.number("sm_fw_rev", rev.sm_fw_rev);
@@ -283,7 +283,7 @@ RemotePort read_remote(const Json &j, const std::string &place, Topology topo)
 // The board's kind: most other defaults follow from it, so it is read first.
 void read_kind(BoardReading &r)
 {
-    BoardSpec &b = r.spec;
+    BoardConf &b = r.conf;
     Section &o = r.board;
     if (const Json *v = o.take("sli_mode")) {
         uint64_t m = to_unsigned(*v, o.at("sli_mode"), 0xffffffffu);
@@ -322,7 +322,7 @@ void read_kind(BoardReading &r)
 // PCI identity, interrupt, BARs and the driver's view of the board.
 void read_pci(BoardReading &r)
 {
-    BoardSpec &b = r.spec;
+    BoardConf &b = r.conf;
     Section &o = r.board;
     b.vendor_id = 0x2c71;
     b.device_id = b.sli_mode == 4 ? 0xf400 : b.protocol == Protocol::fcoe ? 0xf340 : 0xf300;
@@ -372,7 +372,7 @@ void read_pci(BoardReading &r)
 // The link as the port finds it at power-on.
 void read_link(BoardReading &r)
 {
-    BoardSpec &b = r.spec;
+    BoardConf &b = r.conf;
     bool speed_given = false, supported_given = false, did_given = false, fabric_given = false;
     if (const Json *j = r.board.take("link")) {
         Section o(*j, r.board.at("link"));
@@ -440,7 +440,7 @@ void read_link(BoardReading &r)
 // Names, identity texts and the driver's feature words.
 void read_identity(BoardReading &r)
 {
-    BoardSpec &b = r.spec;
+    BoardConf &b = r.conf;
     Section &o = r.board;
     b.wwpn = to_wwn(o.need("wwpn"), o.at("wwpn"));
     if (!o.wwn("wwnn", b.wwnn))
@@ -480,7 +480,7 @@ void read_identity(BoardReading &r)
 // The ports the board discovered on its fabric or loop.
 void read_remote_ports(BoardReading &r)
 {
-    BoardSpec &b = r.spec;
+    BoardConf &b = r.conf;
     const Json *rv = r.board.take("remote_ports");
     if (!rv)
         return;
@@ -513,29 +513,29 @@ constexpr BoardReader kBoardReaders[] = {
     read_revision,
     read_remote_ports,
     read_asic_section,
-    [](BoardReading &r) { read_port_section(r.board, r.spec); },
-    [](BoardReading &r) { read_scsi_section(r.board, r.spec); },
-    [](BoardReading &r) { read_sli4_section(r.board, r.spec); },
+    [](BoardReading &r) { read_port_section(r.board, r.conf); },
+    [](BoardReading &r) { read_scsi_section(r.board, r.conf); },
+    [](BoardReading &r) { read_sli4_section(r.board, r.conf); },
     read_events_section,
     read_diag_section,
-    [](BoardReading &r) { read_auth_section(r.board, r.spec); },
-    [](BoardReading &r) { read_nodes_section(r.board, r.spec); },
-    [](BoardReading &r) { read_npiv_section(r.board, r.spec); },
-    [](BoardReading &r) { read_sd_section(r.board, r.spec); },
-    [](BoardReading &r) { read_drvparams_section(r.board, r.spec); },
+    [](BoardReading &r) { read_auth_section(r.board, r.conf); },
+    [](BoardReading &r) { read_nodes_section(r.board, r.conf); },
+    [](BoardReading &r) { read_npiv_section(r.board, r.conf); },
+    [](BoardReading &r) { read_sd_section(r.board, r.conf); },
+    [](BoardReading &r) { read_drvparams_section(r.board, r.conf); },
 };
 
-BoardSpec read_board(const Json &j, const std::string &place, const Fleet &fleet)
+BoardConf read_board(const Json &j, const std::string &place, const Fleet &fleet)
 {
-    BoardReading r{Section(j, place), BoardSpec{}, fleet};
-    r.spec.number =
+    BoardReading r{Section(j, place), BoardConf{}, fleet};
+    r.conf.number =
         static_cast<uint32_t>(to_unsigned(r.board.need("board"), r.board.at("board"), 0xffffffffu));
-    if (r.spec.number >= 32)
-        fail(r.board.at("board"), "board number " + std::to_string(r.spec.number) + " out of range 0..31");
+    if (r.conf.number >= 32)
+        fail(r.board.at("board"), "board number " + std::to_string(r.conf.number) + " out of range 0..31");
     for (BoardReader reader : kBoardReaders)
         reader(r);
     r.board.finish();
-    return std::move(r.spec);
+    return std::move(r.conf);
 }
 
 Fleet read_fleet(const Json &doc)
@@ -559,7 +559,7 @@ Fleet read_fleet(const Json &doc)
             fail("boards", std::string("expected an array, found ") + type_name(*bv));
         for (size_t i = 0; i < bv->size(); ++i) {
             const std::string place = "boards[" + std::to_string(i) + "]";
-            BoardSpec b = read_board((*bv)[i], place, f);
+            BoardConf b = read_board((*bv)[i], place, f);
             for (const auto &other : f.boards)
                 if (other.number == b.number)
                     fail(place + ".board", "duplicate board " + std::to_string(b.number));
@@ -568,7 +568,7 @@ Fleet read_fleet(const Json &doc)
     }
     top.finish();
     std::sort(f.boards.begin(), f.boards.end(),
-              [](const BoardSpec &a, const BoardSpec &b) { return a.number < b.number; });
+              [](const BoardConf &a, const BoardConf &b) { return a.number < b.number; });
     return f;
 }
 

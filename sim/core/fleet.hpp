@@ -8,17 +8,17 @@
 #include <string>
 #include <vector>
 
-#include "diag/diag_spec.hpp"
-#include "events/events_spec.hpp"
-#include "asic/asic_spec.hpp"
-#include "auth/auth_spec.hpp"
-#include "sd/sd_spec.hpp"
-#include "port/port_spec.hpp"
-#include "nodes/nodes_spec.hpp"
-#include "npiv/npiv_spec.hpp"
+#include "diag/diag_conf.hpp"
+#include "events/events_conf.hpp"
+#include "asic/asic_conf.hpp"
+#include "auth/auth_conf.hpp"
+#include "sd/sd_conf.hpp"
+#include "port/port_conf.hpp"
+#include "nodes/nodes_conf.hpp"
+#include "npiv/npiv_conf.hpp"
 #include "scsi/luns.hpp"
-#include "sli4/spec.hpp"
-#include "drvparams/drvparams_spec.hpp"
+#include "sli4/conf.hpp"
+#include "drvparams/drvparams_conf.hpp"
 
 namespace kvdsim
 {
@@ -69,7 +69,7 @@ struct FirmwareRevision {
     std::string ulp_fw_name;
 };
 
-struct BoardSpec {
+struct BoardConf {
     uint32_t number = 0; // board number, 0..31
     // PCI identity
     uint16_t vendor_id = 0;
@@ -106,7 +106,7 @@ struct BoardSpec {
     bool tarvo = false;        // carries the Tarvo converged-network ASIC
     int if_type = 0;           // SLI-4 interface type (0 when not SLI-4)
     bool object_store = false; // SLI-4 object store present
-    Sli4Spec sli4;             // SLI-4 configuration engine and object store
+    Sli4Conf sli4;             // SLI-4 configuration engine and object store
     uint64_t features = 0;     // KVDDRVINFO featureList bits
     uint32_t npiv_max_vports = 0;
     FirmwareRevision revision;
@@ -120,16 +120,16 @@ struct BoardSpec {
     uint32_t max_frame = 2048;
     Wwn fabric_name{};
     std::vector<RemotePort> remote_ports;
-    EventsSpec events;       // "events": sensor and scheduled events
-    DiagSpec diag;           // "diag": loopback plug
-    AsicSpec asic;           // the Tarvo ASIC, when `tarvo`
-    PortSpec port;           // the "port" section
-    ScsiSpec scsi;           // logical units of the FCP targets among the remote ports
-    AuthSpec auth;           // FC-SP secrets of remote entities
-    NodesSpec nodes;         // VPD and persistent bindings
-    NpivSpec npiv;           // "npiv": driver enable, the fabric's NPIV logins
-    SdSpec sd;               // "sd": background traffic of the FCP targets
-    DrvParamsSpec drvparams; // driver parameters as loaded
+    EventsConf events;       // "events": sensor and scheduled events
+    DiagConf diag;           // "diag": loopback plug
+    AsicConf asic;           // the Tarvo ASIC, when `tarvo`
+    PortConf port;           // the "port" section
+    ScsiConf scsi;           // logical units of the FCP targets among the remote ports
+    AuthConf auth;           // FC-SP secrets of remote entities
+    NodesConf nodes;         // VPD and persistent bindings
+    NpivConf npiv;           // "npiv": driver enable, the fabric's NPIV logins
+    SdConf sd;               // "sd": background traffic of the FCP targets
+    DrvParamsConf drvparams; // driver parameters as loaded
 };
 
 struct Fleet {
@@ -140,7 +140,7 @@ struct Fleet {
     std::string manufacturer;
     uint32_t logging_enable = 0;   // libkvd_logging_enable
     bool mmm = false;              // management mix-and-match allowed
-    std::vector<BoardSpec> boards; // in board-number order
+    std::vector<BoardConf> boards; // in board-number order
 };
 
 // Texts a fleet gets when it names none.

@@ -81,16 +81,16 @@ class Section
     std::vector<std::string> taken_;
 };
 
-// One board object being read: its Section, the spec the readers fill in
+// One board object being read: its Section, the conf the readers fill in
 // turn, and the fleet's top-level fields (read before the boards).
 struct BoardReading {
     Section board;
-    BoardSpec spec;
+    BoardConf conf;
     const Fleet &fleet;
 };
 
 // A reader of a board object: takes its own keys from r.board and fills its
-// part of r.spec.
+// part of r.conf.
 using BoardReader = void (*)(BoardReading &r);
 
 } // namespace kvdsim

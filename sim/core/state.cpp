@@ -84,7 +84,7 @@ void Library::load()
     fleet_ = std::move(*f);
     uint32_t mask = 0;
     try {
-        for (const BoardSpec &cfg : fleet_.boards) {
+        for (const BoardConf &cfg : fleet_.boards) {
             Board &b = boards_[cfg.number];
             b.cfg = &cfg;
             b.fw = std::make_unique<Firmware>(cfg);

@@ -41,7 +41,7 @@ namespace kvdsim
 // the board carries, each keeping its own state. An engine joins by adding
 // its member here and constructing it in Library::load().
 struct Board {
-    const BoardSpec *cfg = nullptr;
+    const BoardConf *cfg = nullptr;
     std::unique_ptr<Firmware> fw;         // mailbox firmware: every board
     std::unique_ptr<Asic> asic;           // Tarvo ASIC: converged boards only
     std::unique_ptr<Port> port;           // driver port settings: every board

@@ -54,11 +54,11 @@ void read_diag_section(BoardReading &r)
     if (!j)
         return;
     Section o(*j, r.board.at("diag"));
-    o.flag("loopback_plug", r.spec.diag.loopback_plug);
+    o.flag("loopback_plug", r.conf.diag.loopback_plug);
     o.finish();
 }
 
-Diag::Diag(const BoardSpec &cfg) : cfg_(cfg)
+Diag::Diag(const BoardConf &cfg) : cfg_(cfg)
 {
     if (cfg_.sli_mode >= 4)
         return; // SLI-4 has work queues, not IOCB rings

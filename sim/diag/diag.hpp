@@ -39,7 +39,7 @@ constexpr uint32_t kRingEls = 0, kRingFcp = 1, kRingCt = 2, kRingDiag = 3;
 class Diag
 {
   public:
-    explicit Diag(const BoardSpec &cfg);
+    explicit Diag(const BoardConf &cfg);
 
     // Loopback: errno results.
     uint32_t config_loopback(Firmware &fw, uint32_t type, uint32_t timeout);
@@ -79,7 +79,7 @@ class Diag
     uint32_t reset_firmware(Firmware &fw);
     void clear_rings();
 
-    BoardSpec cfg_;
+    BoardConf cfg_;
     uint32_t loop_type_ = 0; // 0: no loopback configured
     bool bring_up_ = true;   // the reset under way may bring the link up
     uint16_t iotag_ = 1;

@@ -71,7 +71,7 @@ std::vector<const ParamDef *> param_defs(Protocol protocol)
     return out;
 }
 
-DrvParams::DrvParams(const BoardSpec &cfg) : board_(cfg.number)
+DrvParams::DrvParams(const BoardConf &cfg) : board_(cfg.number)
 {
     for (const ParamDef *d : param_defs(cfg.protocol)) {
         auto it = cfg.drvparams.values.find(d->name);

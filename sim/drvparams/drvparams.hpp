@@ -60,7 +60,7 @@ class DrvParams
   public:
     using Hook = std::function<void(uint32_t value)>;
 
-    explicit DrvParams(const BoardSpec &cfg);
+    explicit DrvParams(const BoardConf &cfg);
 
     // Runs one request: 0 or an errno value (ENOTTY for a code without a
     // row, EINVAL for an index past the list or too little room, ERANGE for

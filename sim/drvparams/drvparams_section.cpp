@@ -6,19 +6,19 @@
 namespace kvdsim
 {
 
-void read_drvparams_section(Section &board, BoardSpec &spec)
+void read_drvparams_section(Section &board, BoardConf &conf)
 {
     const Json *j = board.take("drvparams");
     if (!j)
         return;
     Section s(*j, board.at("drvparams"));
-    for (const ParamDef *d : param_defs(spec.protocol)) {
+    for (const ParamDef *d : param_defs(conf.protocol)) {
         uint32_t v = 0;
         if (!s.number(d->name, v, d->high))
             continue;
         if (v < d->low)
             fail(s.at(d->name), "below the parameter's lowest value " + std::to_string(d->low));
-        spec.drvparams.values[d->name] = v;
+        conf.drvparams.values[d->name] = v;
     }
     s.finish();
 }

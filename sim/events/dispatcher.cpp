@@ -492,7 +492,7 @@ void Dispatcher::start(Library &lib)
     if (!schedule_built_) {
         schedule_built_ = true;
         const auto now = std::chrono::steady_clock::now();
-        for (const BoardSpec &b : lib.fleet().boards)
+        for (const BoardConf &b : lib.fleet().boards)
             for (const ScheduledRequest &q : b.events.schedule)
                 schedule_.push_back(Due{now + std::chrono::milliseconds(q.after_ms),
                                         std::to_string(b.number) + " " + q.request});

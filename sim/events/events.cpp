@@ -47,8 +47,8 @@ uint32_t wwn_word(const Wwn &w, int half)
 
 } // namespace
 
-BoardEvents::BoardEvents(uint32_t board, const EventsSpec &spec)
-    : board_(board), spec_(spec), temperature_(spec.temperature)
+BoardEvents::BoardEvents(uint32_t board, const EventsConf &conf)
+    : board_(board), conf_(conf), temperature_(conf.temperature)
 {
 }
 
@@ -114,7 +114,7 @@ void BoardEvents::vport_rscn(const Wwn &vport, uint32_t affected_did)
 
 int BoardEvents::level(int32_t celsius) const
 {
-    return celsius >= spec_.critical ? 2 : celsius >= spec_.warning ? 1 : 0;
+    return celsius >= conf_.critical ? 2 : celsius >= conf_.warning ? 1 : 0;
 }
 
 // Rising into a band raises its event; falling below the warning level
@@ -208,7 +208,7 @@ uint32_t BoardEvents::take_missed()
 
 void read_events_section(BoardReading &r)
 {
-    EventsSpec &s = r.spec.events;
+    EventsConf &s = r.conf.events;
     const Json *j = r.board.take("events");
     if (!j)
         return;

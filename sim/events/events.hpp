@@ -25,7 +25,7 @@
 #include <vector>
 
 #include "core/fleet.hpp"
-#include "events/events_spec.hpp"
+#include "events/events_conf.hpp"
 #include "kvd_events.h"
 
 namespace kvdsim
@@ -65,7 +65,7 @@ class BoardEvents
     static constexpr size_t kLogEntries = 64;
     static constexpr size_t kMaxPayload = 1024;
 
-    BoardEvents(uint32_t board, const EventsSpec &spec);
+    BoardEvents(uint32_t board, const EventsConf &conf);
 
     // Raising events: each is logged and offered to the dispatcher.
     void link_changed(const LinkStatus &link, const Wwn &wwpn, const Wwn &wwnn);
@@ -100,7 +100,7 @@ class BoardEvents
     int level(int32_t celsius) const;
 
     uint32_t board_;
-    EventsSpec spec_;
+    EventsConf conf_;
     std::deque<KVD_EVENT_ENTRY> log_;
     uint32_t missed_ = 0;
     int32_t temperature_;

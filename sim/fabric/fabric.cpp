@@ -87,7 +87,7 @@ std::vector<uint8_t> ct_reply(std::span<const uint8_t> req, uint16_t code, uint8
     return r;
 }
 
-Fabric::Fabric(const BoardSpec &cfg) : cfg_(cfg)
+Fabric::Fabric(const BoardConf &cfg) : cfg_(cfg)
 {
     Entry own;
     own.did = cfg.did & 0xFFFFFF;

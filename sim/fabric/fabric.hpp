@@ -50,7 +50,7 @@ using CtRow = EngineRow<void (Fabric::*)(CtTask &)>;
 class Fabric
 {
   public:
-    explicit Fabric(const BoardSpec &cfg);
+    explicit Fabric(const BoardConf &cfg);
 
     // The port that answers at `did`: true for a remote port (set in *port)
     // and, on a fabric, for the F_Port (*port null).
@@ -118,7 +118,7 @@ class Fabric
 
     const Entry *entry(uint32_t did) const;
 
-    BoardSpec cfg_;
+    BoardConf cfg_;
     std::vector<Entry> registry_; // ascending port identifier
 };
 

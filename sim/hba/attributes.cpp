@@ -51,7 +51,7 @@ void set_fc4_type(HBA_FC4TYPES &types, uint8_t type)
     types.bits[(type / 32) * 4 + 3 - (type % 32) / 8] |= static_cast<uint8_t>(1u << (type % 8));
 }
 
-void board_entry(const BoardSpec &cfg, KVD_BRDINFO &e)
+void board_entry(const BoardConf &cfg, KVD_BRDINFO &e)
 {
     memset(&e, 0, sizeof e);
     e.a_mem_hi = static_cast<uint32_t>(cfg.mem_base >> 32);
@@ -71,7 +71,7 @@ void board_entry(const BoardSpec &cfg, KVD_BRDINFO &e)
     memcpy(e.a_wwpn, cfg.wwpn.data(), 8);
 }
 
-void legacy_board_entry(const BoardSpec &cfg, BRDINFO &e)
+void legacy_board_entry(const BoardConf &cfg, BRDINFO &e)
 {
     KVD_BRDINFO n;
     board_entry(cfg, n);
@@ -91,7 +91,7 @@ void legacy_board_entry(const BoardSpec &cfg, BRDINFO &e)
     memcpy(e.a_fwname, n.a_fwname, sizeof e.a_fwname);
 }
 
-void adapter_attributes(const Fleet &fleet, const BoardSpec &cfg, HBA_ADAPTERATTRIBUTES &a)
+void adapter_attributes(const Fleet &fleet, const BoardConf &cfg, HBA_ADAPTERATTRIBUTES &a)
 {
     memset(&a, 0, sizeof a);
     put_text(a.Manufacturer, fleet.manufacturer);
@@ -109,7 +109,7 @@ void adapter_attributes(const Fleet &fleet, const BoardSpec &cfg, HBA_ADAPTERATT
     put_text(a.DriverName, fleet.driver_name);
 }
 
-void local_port_attributes(const Fleet &fleet, const BoardSpec &cfg, const LinkStatus &link, BoardState state,
+void local_port_attributes(const Fleet &fleet, const BoardConf &cfg, const LinkStatus &link, BoardState state,
                            HBA_PORTATTRIBUTES &p)
 {
     memset(&p, 0, sizeof p);
@@ -142,12 +142,12 @@ void local_port_attributes(const Fleet &fleet, const BoardSpec &cfg, const LinkS
     p.NumberofDiscoveredPorts = discovered_ports(cfg, link);
 }
 
-uint32_t discovered_ports(const BoardSpec &cfg, const LinkStatus &link)
+uint32_t discovered_ports(const BoardConf &cfg, const LinkStatus &link)
 {
     return link.up ? static_cast<uint32_t>(cfg.remote_ports.size()) : 0;
 }
 
-void remote_port_attributes(const BoardSpec &cfg, const RemotePort &r, const LinkStatus &link,
+void remote_port_attributes(const BoardConf &cfg, const RemotePort &r, const LinkStatus &link,
                             HBA_PORTATTRIBUTES &p)
 {
     memset(&p, 0, sizeof p);
@@ -198,7 +198,7 @@ void port_statistics(const PortCounters &c, HBA_PORTSTATISTICS &s)
     s.InvalidCRCCount = static_cast<HBA_INT64>(c.invalid_crc);
 }
 
-void link_info(const BoardSpec &cfg, const LinkStatus &link, LINKINFO &l)
+void link_info(const BoardConf &cfg, const LinkStatus &link, LINKINFO &l)
 {
     memset(&l, 0, sizeof l);
     l.a_linkEventTag = link.event_tag;
@@ -215,7 +215,7 @@ void link_info(const BoardSpec &cfg, const LinkStatus &link, LINKINFO &l)
     memcpy(l.a_wwnName, cfg.wwnn.data(), 8);
 }
 
-void driver_info(const Fleet &fleet, const BoardSpec &cfg, const LinkStatus &link, KVDDRVINFO &d)
+void driver_info(const Fleet &fleet, const BoardConf &cfg, const LinkStatus &link, KVDDRVINFO &d)
 {
     const uint8_t version = d.drvInfoVer;
     memset(&d, 0, sizeof d);

@@ -27,19 +27,19 @@ constexpr int32_t kLocalPortTarget = -1;
 void set_fc4_type(HBA_FC4TYPES &types, uint8_t type);
 
 // Board-table entries; the driver-wide fields of entry 0 are left to the caller.
-void board_entry(const BoardSpec &cfg, KVD_BRDINFO &entry);
-void legacy_board_entry(const BoardSpec &cfg, BRDINFO &entry);
+void board_entry(const BoardConf &cfg, KVD_BRDINFO &entry);
+void legacy_board_entry(const BoardConf &cfg, BRDINFO &entry);
 
-void adapter_attributes(const Fleet &fleet, const BoardSpec &cfg, HBA_ADAPTERATTRIBUTES &out);
-void local_port_attributes(const Fleet &fleet, const BoardSpec &cfg, const LinkStatus &link, BoardState state,
+void adapter_attributes(const Fleet &fleet, const BoardConf &cfg, HBA_ADAPTERATTRIBUTES &out);
+void local_port_attributes(const Fleet &fleet, const BoardConf &cfg, const LinkStatus &link, BoardState state,
                            HBA_PORTATTRIBUTES &out);
 // Remote ports are seen only while the link is up.
-uint32_t discovered_ports(const BoardSpec &cfg, const LinkStatus &link);
-void remote_port_attributes(const BoardSpec &cfg, const RemotePort &port, const LinkStatus &link,
+uint32_t discovered_ports(const BoardConf &cfg, const LinkStatus &link);
+void remote_port_attributes(const BoardConf &cfg, const RemotePort &port, const LinkStatus &link,
                             HBA_PORTATTRIBUTES &out);
 void port_statistics(const PortCounters &c, HBA_PORTSTATISTICS &out);
-void link_info(const BoardSpec &cfg, const LinkStatus &link, LINKINFO &out);
+void link_info(const BoardConf &cfg, const LinkStatus &link, LINKINFO &out);
 // Leaves drvInfoVer as the caller set it.
-void driver_info(const Fleet &fleet, const BoardSpec &cfg, const LinkStatus &link, KVDDRVINFO &out);
+void driver_info(const Fleet &fleet, const BoardConf &cfg, const LinkStatus &link, KVDDRVINFO &out);
 
 } // namespace kvdsim

@@ -131,7 +131,7 @@ void put_class(uint8_t *c, uint32_t max_frame, uint16_t ee_credit)
 // ---------------------------------------------------------------------------
 // Construction, reset and state
 
-Firmware::Firmware(const BoardSpec &cfg) : cfg_(cfg)
+Firmware::Firmware(const BoardConf &cfg) : cfg_(cfg)
 {
     state_ = cfg_.online ? BoardState::ready : BoardState::offline;
     link_.event_tag = kFirstEventTag;
@@ -247,14 +247,14 @@ void Firmware::bump_event_tag()
 namespace
 {
 
-uint32_t own_did(const BoardSpec &s)
+uint32_t own_did(const BoardConf &s)
 {
     if (s.did != 0)
         return s.did & 0xFFFFFF;
     return s.topology == Topology::loop ? s.alpa : 0;
 }
 
-uint8_t lnk_topology(const BoardSpec &s)
+uint8_t lnk_topology(const BoardConf &s)
 {
     switch (s.topology) {
     case Topology::fabric:
@@ -269,7 +269,7 @@ uint8_t lnk_topology(const BoardSpec &s)
 
 // READ_LA and READ_CONFIG name the topology as the port logs in: a fabric
 // link is point-to-point to the F_Port.
-uint8_t la_topology(const BoardSpec &s)
+uint8_t la_topology(const BoardConf &s)
 {
     return s.topology == Topology::loop ? TOPOLOGY_LOOP : TOPOLOGY_PT_PT;
 }

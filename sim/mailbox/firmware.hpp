@@ -73,7 +73,7 @@ struct CommandNote {
 class Firmware
 {
   public:
-    explicit Firmware(const BoardSpec &cfg);
+    explicit Firmware(const BoardConf &cfg);
 
     // Runs one mailbox command. `record` holds at least `words_in` and
     // `words_out` 32-bit words (at most 64 each are used). The command is
@@ -116,7 +116,7 @@ class Firmware
         link_hook_context_ = context;
     }
 
-    const BoardSpec &cfg() const
+    const BoardConf &cfg() const
     {
         return cfg_;
     }
@@ -242,7 +242,7 @@ class Firmware
     uint16_t write_service_params(const ServiceParams &sp, uint64_t address, uint32_t size,
                                   HostMemory &mem) const;
 
-    BoardSpec cfg_;
+    BoardConf cfg_;
     BoardState state_ = BoardState::ready;
     LinkStatus link_;
     PortCounters port_;

@@ -22,7 +22,7 @@ void put_be32(uint8_t *p, uint32_t v)
 
 } // namespace
 
-MgmtEngine::MgmtEngine(const BoardSpec &cfg, uint32_t event_tag) : cfg_(cfg), first_tag_(event_tag)
+MgmtEngine::MgmtEngine(const BoardConf &cfg, uint32_t event_tag) : cfg_(cfg), first_tag_(event_tag)
 {
 }
 

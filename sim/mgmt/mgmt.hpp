@@ -26,7 +26,7 @@ class MgmtEngine
     static constexpr uint32_t kUnitStorage = 0x09;
     static constexpr uint32_t kMaxEvents = 64; // the library's event queue
 
-    MgmtEngine(const BoardSpec &cfg, uint32_t event_tag);
+    MgmtEngine(const BoardConf &cfg, uint32_t event_tag);
 
     // The record the adapter reports: its own names and port identifier
     // with the management fields last set.
@@ -48,7 +48,7 @@ class MgmtEngine
     uint32_t events(const MgmtLinkView &link) const;
 
   private:
-    const BoardSpec &cfg_;
+    const BoardConf &cfg_;
     uint32_t first_tag_;
     uint32_t unittype_ = kUnitHost;
     uint16_t ip_version_ = 0;

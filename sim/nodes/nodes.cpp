@@ -69,10 +69,10 @@ std::vector<uint8_t> inquiry_page(ScsiTargets &scsi, const Wwn &wwpn, const std:
 
 } // namespace
 
-Nodes::Nodes(const BoardSpec &cfg) : cfg_(cfg)
+Nodes::Nodes(const BoardConf &cfg) : cfg_(cfg)
 {
     if (cfg.nodes.bindings) {
-        for (const BindingSpec &s : *cfg.nodes.bindings) {
+        for (const BindingConf &s : *cfg.nodes.bindings) {
             HBA_BIND_ENTRY e{};
             static_assert(sizeof e.bind_type == sizeof s.type);
             memcpy(&e.bind_type, &s.type, sizeof s.type); // any number the driver keeps
@@ -138,7 +138,7 @@ std::vector<NODEINFO> Nodes::nodes(bool link_up) const
 
 uint32_t Nodes::vpd(VPD &out) const
 {
-    const NodesSpec &s = cfg_.nodes;
+    const NodesConf &s = cfg_.nodes;
     if (!s.evpd)
         return KVD_VPD_NO_EVPD;
     const bool fc = cfg_.protocol == Protocol::fc;

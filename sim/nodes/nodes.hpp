@@ -11,7 +11,7 @@
 
 #include "core/fleet.hpp"
 #include "kvd_nodes.h"
-#include "nodes/nodes_spec.hpp"
+#include "nodes/nodes_conf.hpp"
 
 namespace kvdsim
 {
@@ -20,12 +20,12 @@ class Section;
 class ScsiTargets;
 
 // Reads the board's "nodes" object.
-void read_nodes_section(Section &board, BoardSpec &spec);
+void read_nodes_section(Section &board, BoardConf &conf);
 
 class Nodes
 {
   public:
-    explicit Nodes(const BoardSpec &cfg);
+    explicit Nodes(const BoardConf &cfg);
 
     // The nodes logged into while the link is up: on a fabric its F_Port
     // and name server first, then the remote ports by ascending address.
@@ -41,7 +41,7 @@ class Nodes
     std::vector<HBA_FCPSCSIENTRYV2> mapping(ScsiTargets &scsi, const std::string &driver, bool link_up) const;
 
   private:
-    const BoardSpec &cfg_;
+    const BoardConf &cfg_;
     std::vector<HBA_BIND_ENTRY> bindings_;
 };
 

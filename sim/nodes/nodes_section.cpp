@@ -24,13 +24,13 @@ uint32_t bind_type(const Json &v, const std::string &place)
 
 } // namespace
 
-void read_nodes_section(Section &board, BoardSpec &spec)
+void read_nodes_section(Section &board, BoardConf &conf)
 {
     const Json *j = board.take("nodes");
     if (!j)
         return;
     Section s(*j, board.at("nodes"));
-    NodesSpec &n = spec.nodes;
+    NodesConf &n = conf.nodes;
     s.flag("evpd", n.evpd);
     s.text("model_description", n.model_description, 255);
     s.text("model", n.model, 79);
@@ -40,13 +40,13 @@ void read_nodes_section(Section &board, BoardSpec &spec)
         const std::string place = s.at("bindings");
         if (!v->is_array())
             fail(place, std::string("expected an array, found ") + type_name(*v));
-        std::vector<BindingSpec> list;
+        std::vector<BindingConf> list;
         for (size_t i = 0; i < v->size(); ++i) {
             const std::string bp = place + "[" + std::to_string(i) + "]";
             if (!(*v)[i].is_object())
                 fail(bp, std::string("expected an object, found ") + type_name((*v)[i]));
             Section e((*v)[i], bp);
-            BindingSpec b;
+            BindingConf b;
             if (const Json *t = e.take("type"))
                 b.type = bind_type(*t, e.at("type"));
             e.number("scsi_id", b.scsi_id);

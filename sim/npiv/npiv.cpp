@@ -62,7 +62,7 @@ void order(std::vector<NODEINFO> &nodes)
 
 } // namespace
 
-Npiv::Npiv(const BoardSpec &cfg, Fabric &fabric, const Nodes &nodes, BoardEvents *events)
+Npiv::Npiv(const BoardConf &cfg, Fabric &fabric, const Nodes &nodes, BoardEvents *events)
     : cfg_(cfg), fabric_(fabric), nodes_(nodes), events_(events), driver_enable_(cfg.npiv.driver_enable)
 {
 }

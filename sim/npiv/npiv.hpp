@@ -16,7 +16,7 @@
 #include "core/fleet.hpp"
 #include "kvd_nodes.h"
 #include "kvd_vport.h"
-#include "npiv/npiv_spec.hpp"
+#include "npiv/npiv_conf.hpp"
 
 namespace kvdsim
 {
@@ -27,7 +27,7 @@ class Nodes;
 class BoardEvents;
 
 // Reads the board's "npiv" object.
-void read_npiv_section(Section &board, BoardSpec &spec);
+void read_npiv_section(Section &board, BoardConf &conf);
 
 struct Vport {
     Wwn wwpn{};
@@ -44,7 +44,7 @@ class Npiv
 {
   public:
     // The board's engines the ports use; `events` may be null.
-    Npiv(const BoardSpec &cfg, Fabric &fabric, const Nodes &nodes, BoardEvents *events);
+    Npiv(const BoardConf &cfg, Fabric &fabric, const Nodes &nodes, BoardEvents *events);
 
     // The driver's NPIV-enable parameter.
     void set_driver_npiv_enable(bool on)
@@ -99,7 +99,7 @@ class Npiv
     void logout(Vport &v, bool tell);
     void tell_others(const Vport *about, uint32_t did);
 
-    const BoardSpec &cfg_;
+    const BoardConf &cfg_;
     Fabric &fabric_;
     const Nodes &nodes_;
     BoardEvents *events_;

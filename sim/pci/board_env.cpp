@@ -37,7 +37,7 @@ void set_board_online(Board &b, bool online)
 void board_masks(Library &lib, uint32_t &online, uint32_t &offline)
 {
     online = offline = 0;
-    for (const BoardSpec &cfg : lib.fleet().boards) {
+    for (const BoardConf &cfg : lib.fleet().boards) {
         Board *b = lib.board(cfg.number);
         if (!b)
             continue;

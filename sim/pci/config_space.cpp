@@ -21,7 +21,7 @@ struct PcieLink {
     uint16_t width;
 };
 
-PcieLink pcie_link(const BoardSpec &cfg)
+PcieLink pcie_link(const BoardConf &cfg)
 {
     if (cfg.supported_speeds >= 16 || cfg.sli_mode >= 4)
         return {3, 8};
@@ -53,7 +53,7 @@ void PciConfigSpace::put32(uint32_t off, uint32_t v, uint32_t rw, uint32_t w1c)
           static_cast<uint16_t>(w1c >> 16));
 }
 
-PciConfigSpace::PciConfigSpace(const BoardSpec &cfg)
+PciConfigSpace::PciConfigSpace(const BoardConf &cfg)
 {
     using namespace pcicfg;
     put16(0x00, cfg.vendor_id);

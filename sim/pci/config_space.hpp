@@ -50,7 +50,7 @@ class PciConfigSpace
   public:
     static constexpr uint32_t kSize = 256;
 
-    explicit PciConfigSpace(const BoardSpec &cfg);
+    explicit PciConfigSpace(const BoardConf &cfg);
 
     // Copies `count` bytes from `offset`; false when the range leaves the
     // space.

@@ -40,7 +40,7 @@ void put_le32(std::vector<uint8_t> &v, uint32_t x)
 
 } // namespace
 
-PciEngine::PciEngine(const BoardSpec &cfg, uint32_t link_tag)
+PciEngine::PciEngine(const BoardConf &cfg, uint32_t link_tag)
     : cfg_space_(cfg), biu_rev_(cfg.revision.biu_rev), hc_(kHcDriverDefault), link_tag_seen_(link_tag),
       ctl_(kCtlRegSize / 4, 0), slim_(kSlimSize, 0)
 {

@@ -40,7 +40,7 @@ class PciEngine
   public:
     static constexpr uint32_t kDumpImageSize = 4096;
 
-    explicit PciEngine(const BoardSpec &cfg, uint32_t link_tag);
+    explicit PciEngine(const BoardConf &cfg, uint32_t link_tag);
 
     PciConfigSpace &config()
     {
@@ -64,10 +64,10 @@ class PciEngine
     // Configuration regions as the flash holds them (region_store.cpp): a
     // region never written is built from the board as it stands; a written
     // one keeps its bytes until restored. Writes stay inside the region.
-    std::optional<std::vector<uint8_t>> region(const BoardSpec &cfg, uint32_t region) const;
-    bool write_region(const BoardSpec &cfg, uint32_t region, uint32_t offset, const uint8_t *src,
+    std::optional<std::vector<uint8_t>> region(const BoardConf &cfg, uint32_t region) const;
+    bool write_region(const BoardConf &cfg, uint32_t region, uint32_t offset, const uint8_t *src,
                       uint32_t count);
-    bool restore_region(const BoardSpec &cfg, uint32_t region);
+    bool restore_region(const BoardConf &cfg, uint32_t region);
 
     // The firmware completed the mailbox the host posted.
     void mailbox_done();

@@ -9,7 +9,7 @@
 namespace kvdsim
 {
 
-std::optional<std::vector<uint8_t>> PciEngine::region(const BoardSpec &cfg, uint32_t region) const
+std::optional<std::vector<uint8_t>> PciEngine::region(const BoardConf &cfg, uint32_t region) const
 {
     auto it = written_regions_.find(region);
     if (it != written_regions_.end())
@@ -17,7 +17,7 @@ std::optional<std::vector<uint8_t>> PciEngine::region(const BoardSpec &cfg, uint
     return config_region(cfg, cfg_space_, region);
 }
 
-bool PciEngine::write_region(const BoardSpec &cfg, uint32_t region, uint32_t offset, const uint8_t *src,
+bool PciEngine::write_region(const BoardConf &cfg, uint32_t region, uint32_t offset, const uint8_t *src,
                              uint32_t count)
 {
     auto data = this->region(cfg, region);
@@ -29,7 +29,7 @@ bool PciEngine::write_region(const BoardSpec &cfg, uint32_t region, uint32_t off
     return true;
 }
 
-bool PciEngine::restore_region(const BoardSpec &cfg, uint32_t region)
+bool PciEngine::restore_region(const BoardConf &cfg, uint32_t region)
 {
     if (!config_region(cfg, cfg_space_, region))
         return false;

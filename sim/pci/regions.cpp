@@ -79,7 +79,7 @@ uint8_t topology_code(Topology t)
 }
 
 // The FCP targets the boot code may boot from, in fleet order.
-std::vector<const RemotePort *> boot_targets(const BoardSpec &cfg, size_t max)
+std::vector<const RemotePort *> boot_targets(const BoardConf &cfg, size_t max)
 {
     std::vector<const RemotePort *> out;
     for (const RemotePort &rp : cfg.remote_ports)
@@ -88,7 +88,7 @@ std::vector<const RemotePort *> boot_targets(const BoardSpec &cfg, size_t max)
     return out;
 }
 
-std::vector<uint8_t> boot_list(const char (&sig)[5], const BoardSpec &cfg, uint32_t size, uint16_t version)
+std::vector<uint8_t> boot_list(const char (&sig)[5], const BoardConf &cfg, uint32_t size, uint16_t version)
 {
     constexpr size_t kEntries = 8;
     auto targets = boot_targets(cfg, kEntries);
@@ -111,7 +111,7 @@ void vpd_keyword(std::vector<uint8_t> &v, const char *key, const std::string &va
 
 } // namespace
 
-std::vector<uint8_t> vpd_image(const BoardSpec &cfg)
+std::vector<uint8_t> vpd_image(const BoardConf &cfg)
 {
     std::vector<uint8_t> v;
     const std::string id = cfg.description.substr(0, 64);
@@ -146,7 +146,7 @@ namespace
 
 using Built = std::optional<std::vector<uint8_t>>;
 
-Built nv_params(const BoardSpec &cfg, const PciConfigSpace &, uint32_t)
+Built nv_params(const BoardConf &cfg, const PciConfigSpace &, uint32_t)
 {
     return Region(60)
         .wwn(cfg.wwpn)
@@ -159,7 +159,7 @@ Built nv_params(const BoardSpec &cfg, const PciConfigSpace &, uint32_t)
 }
 
 // The images the firmware starts.
-Built wakeup_params(const BoardSpec &cfg, const PciConfigSpace &, uint32_t)
+Built wakeup_params(const BoardConf &cfg, const PciConfigSpace &, uint32_t)
 {
     const FirmwareRevision &rev = cfg.revision;
     return Region(120)
@@ -175,7 +175,7 @@ Built wakeup_params(const BoardSpec &cfg, const PciConfigSpace &, uint32_t)
 }
 
 // Configuration values loaded at power-on, one set per function.
-Built pci_config(const BoardSpec &, const PciConfigSpace &space, uint32_t region)
+Built pci_config(const BoardConf &, const PciConfigSpace &space, uint32_t region)
 {
     const auto &img = space.power_on_image();
     std::vector<uint8_t> v(img.begin(), img.begin() + 200);
@@ -183,7 +183,7 @@ Built pci_config(const BoardSpec &, const PciConfigSpace &space, uint32_t region
     return v;
 }
 
-Built boot_x86(const BoardSpec &cfg, const PciConfigSpace &, uint32_t)
+Built boot_x86(const BoardConf &cfg, const PciConfigSpace &, uint32_t)
 {
     return Region(60)
         .sig("BOOT")
@@ -195,17 +195,17 @@ Built boot_x86(const BoardSpec &cfg, const PciConfigSpace &, uint32_t)
         .done();
 }
 
-Built multiboot(const BoardSpec &cfg, const PciConfigSpace &, uint32_t)
+Built multiboot(const BoardConf &cfg, const PciConfigSpace &, uint32_t)
 {
     return boot_list("MBOT", cfg, 256, 1);
 }
 
-Built efi_params(const BoardSpec &cfg, const PciConfigSpace &, uint32_t)
+Built efi_params(const BoardConf &cfg, const PciConfigSpace &, uint32_t)
 {
     return boot_list("EFIP", cfg, 256, 2);
 }
 
-Built vpd(const BoardSpec &cfg, const PciConfigSpace &, uint32_t)
+Built vpd(const BoardConf &cfg, const PciConfigSpace &, uint32_t)
 {
     Region r(cfg.sli_mode >= 4 ? 1000 : 512);
     const auto v = vpd_image(cfg);
@@ -213,12 +213,12 @@ Built vpd(const BoardSpec &cfg, const PciConfigSpace &, uint32_t)
 }
 
 // The driver's link defaults.
-Built env_params(const BoardSpec &cfg, const PciConfigSpace &, uint32_t)
+Built env_params(const BoardConf &cfg, const PciConfigSpace &, uint32_t)
 {
     return Region(100).sig("ENV1").u32(30).u32(32).u32(cfg.supported_speeds).u32(cfg.speed).done();
 }
 
-Built flex_params(const BoardSpec &cfg, const PciConfigSpace &, uint32_t)
+Built flex_params(const BoardConf &cfg, const PciConfigSpace &, uint32_t)
 {
     if (!cfg.tarvo)
         return std::nullopt;
@@ -229,7 +229,7 @@ Built flex_params(const BoardSpec &cfg, const PciConfigSpace &, uint32_t)
     return r.done();
 }
 
-Built fcoe_params(const BoardSpec &cfg, const PciConfigSpace &, uint32_t)
+Built fcoe_params(const BoardConf &cfg, const PciConfigSpace &, uint32_t)
 {
     if (cfg.protocol != Protocol::fcoe)
         return std::nullopt;
@@ -277,7 +277,7 @@ const RegionRow *region_row(uint32_t region)
     return find_row(kRegions, region);
 }
 
-std::optional<std::vector<uint8_t>> config_region(const BoardSpec &cfg, const PciConfigSpace &space,
+std::optional<std::vector<uint8_t>> config_region(const BoardConf &cfg, const PciConfigSpace &space,
                                                   uint32_t region)
 {
     const RegionRow *row = region_row(region);

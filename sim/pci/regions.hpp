@@ -18,7 +18,7 @@ namespace kvdsim
 
 // One region the firmware knows: its number, name and least size; the
 // builder answers nothing on a board that lacks the region.
-using RegionBuilder = std::optional<std::vector<uint8_t>> (*)(const BoardSpec &, const PciConfigSpace &,
+using RegionBuilder = std::optional<std::vector<uint8_t>> (*)(const BoardConf &, const PciConfigSpace &,
                                                               uint32_t region);
 using RegionRow = EngineRow<RegionBuilder>;
 
@@ -28,10 +28,10 @@ std::span<const RowInfo> region_rows();
 const RegionRow *region_row(uint32_t region);
 
 // The region's bytes, or nothing when the board does not have it.
-std::optional<std::vector<uint8_t>> config_region(const BoardSpec &cfg, const PciConfigSpace &space,
+std::optional<std::vector<uint8_t>> config_region(const BoardConf &cfg, const PciConfigSpace &space,
                                                   uint32_t region);
 
 // The PCI vital product data the board carries (large-resource format).
-std::vector<uint8_t> vpd_image(const BoardSpec &cfg);
+std::vector<uint8_t> vpd_image(const BoardConf &cfg);
 
 } // namespace kvdsim

@@ -90,7 +90,7 @@ std::vector<KVD_FCFENTRY> Port::fcf_table(bool link_up) const
     std::vector<KVD_FCFENTRY> out;
     if (!fcoe())
         return out;
-    for (const FcfSpec &f : fcfs_)
+    for (const FcfConf &f : fcfs_)
         for (uint16_t vlan : f.vlans) {
             KVD_FCFENTRY e{};
             std::memcpy(e.mac, f.mac.data(), sizeof e.mac);

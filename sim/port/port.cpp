@@ -90,7 +90,7 @@ template <class R> void write_record(std::span<uint8_t> data, const R &r)
 
 } // namespace
 
-Port::Port(const BoardSpec &cfg)
+Port::Port(const BoardConf &cfg)
     : cfg_(cfg), fc_map_(cfg.port.fc_map & 0xFFFFFF), vlan_valid_(cfg.port.vlan_valid),
       vlan_id_(cfg.port.vlan_id), fcp_priority_(cfg.port.fcp_priority), persist_(cfg.port.persist_link_down),
       fcfs_(cfg.port.fcfs)
@@ -99,7 +99,7 @@ Port::Port(const BoardSpec &cfg)
     // switches 1 and 2, the first preferred.
     if (fcfs_.empty())
         for (uint8_t n = 1; n <= 2; ++n) {
-            FcfSpec f;
+            FcfConf f;
             const auto board = static_cast<uint8_t>(cfg.number);
             f.mac = {0x06, 0x4b, 0x51, 0xfc, board, n};
             f.switch_name = {0x20, n, 0x06, 0x4b, 0x51, 0xfc, board, 0x00};

@@ -61,7 +61,7 @@ using PortRow = EngineRow<int32_t (Port::*)(PortCommand &)>;
 class Port
 {
   public:
-    explicit Port(const BoardSpec &cfg);
+    explicit Port(const BoardConf &cfg);
 
     // The link as the stored settings want it at power-on.
     void power_on(Firmware &fw);
@@ -125,14 +125,14 @@ class Port
     int32_t link_command(Firmware &fw, uint8_t code);
     int32_t settle(Firmware &fw, bool relogin);
 
-    BoardSpec cfg_;
+    BoardConf cfg_;
     uint32_t fc_map_;
     bool vlan_valid_;
     uint16_t vlan_id_;
     uint32_t fcp_priority_;
     uint16_t persist_;
     uint32_t log_mask_ = 0;              // the driver's logging mask (KVD_DRVLOG_*)
-    std::vector<FcfSpec> fcfs_;          // the FCFs on the wire
+    std::vector<FcfConf> fcfs_;          // the FCFs on the wire
     std::vector<KVD_FCFCONNENTRY> conn_; // FCF connection list; empty: any FCF
     struct QosSetting {
         uint8_t priority = 0;

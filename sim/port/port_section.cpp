@@ -1,5 +1,5 @@
 // The board's "port" object of a fleet file.
-#include "port/port_spec.hpp"
+#include "port/port_conf.hpp"
 
 #include <algorithm>
 
@@ -30,7 +30,7 @@ std::vector<uint16_t> to_vlans(const Json &v, const std::string &place)
     return out;
 }
 
-void read_fcfs(const Json &v, const std::string &place, const BoardSpec &spec, PortSpec &p)
+void read_fcfs(const Json &v, const std::string &place, const BoardConf &conf, PortConf &p)
 {
     if (!v.is_array())
         fail(place, std::string("expected an array, found ") + type_name(v));
@@ -38,8 +38,8 @@ void read_fcfs(const Json &v, const std::string &place, const BoardSpec &spec, P
         fail(place, "no FCF (an empty fcf_vlans leaves the wire without FCFs)");
     for (size_t i = 0; i < v.size(); ++i) {
         Section s(v[i], place + "[" + std::to_string(i) + "]");
-        FcfSpec f;
-        f.fabric_name = spec.fabric_name;
+        FcfConf f;
+        f.fabric_name = conf.fabric_name;
         f.fc_map = p.fcf_fc_map;
         f.vlans = p.fcf_vlans;
         const Json &mac = s.need("mac");
@@ -63,14 +63,14 @@ void read_fcfs(const Json &v, const std::string &place, const BoardSpec &spec, P
 
 } // namespace
 
-void read_port_section(Section &board, BoardSpec &spec)
+void read_port_section(Section &board, BoardConf &conf)
 {
-    const bool fcoe = spec.protocol == Protocol::fcoe;
+    const bool fcoe = conf.protocol == Protocol::fcoe;
     const Json *j = board.take("port");
     if (!j)
         return;
     Section s(*j, board.at("port"));
-    PortSpec &p = spec.port;
+    PortConf &p = conf.port;
     for (const char *key : {"fc_map", "vlan", "fcf_fc_map", "fcf_vlans", "fcfs"})
         if (!fcoe && s.take(key))
             fail(s.at(key), "FCoE parameters on a Fibre Channel board");
@@ -83,10 +83,10 @@ void read_port_section(Section &board, BoardSpec &spec)
     if (const Json *v = s.take("fcf_vlans"))
         p.fcf_vlans = to_vlans(*v, s.at("fcf_vlans"));
     if (const Json *v = s.take("fcfs"))
-        read_fcfs(*v, s.at("fcfs"), spec, p);
+        read_fcfs(*v, s.at("fcfs"), conf, p);
     s.number("fcp_priority", p.fcp_priority);
     if (const Json *v = s.take("persist_link_down")) {
-        if (!(spec.features & KVD_FTR_PERSIST_LINK))
+        if (!(conf.features & KVD_FTR_PERSIST_LINK))
             fail(s.at("persist_link_down"),
                  "link-down persistence on a board without the persistLinkEnable feature");
         p.persist_link_down = static_cast<uint16_t>(to_unsigned(*v, s.at("persist_link_down"), 1));

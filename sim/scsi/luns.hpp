@@ -10,7 +10,7 @@
 namespace kvdsim
 {
 
-struct LunSpec {
+struct LunConf {
     uint16_t lun = 0;     // 0..16383
     uint64_t blocks = 0;  // capacity in 512-byte blocks
     std::string vendor;   // INQUIRY vendor, at most 8
@@ -19,13 +19,13 @@ struct LunSpec {
     std::string serial;   // unit serial number, at most 32 (empty: derived)
 };
 
-struct ScsiTargetSpec {
+struct ScsiTargetConf {
     std::array<uint8_t, 8> wwpn{}; // a remote port of the board that offers FCP
-    std::vector<LunSpec> luns;
+    std::vector<LunConf> luns;
 };
 
-struct ScsiSpec {
-    std::vector<ScsiTargetSpec> targets; // every FCP target port of the board
+struct ScsiConf {
+    std::vector<ScsiTargetConf> targets; // every FCP target port of the board
 };
 
 } // namespace kvdsim

@@ -71,19 +71,19 @@ std::string upper_hex(const uint8_t *p, size_t n)
 // one too.
 bool in_range(const LogicalUnit &lu, uint64_t lba, uint64_t count)
 {
-    return lba < lu.spec.blocks && lba + count <= lu.spec.blocks;
+    return lba < lu.conf.blocks && lba + count <= lu.conf.blocks;
 }
 
-LunSpec default_lun(uint16_t number, uint64_t blocks)
+LunConf default_lun(uint16_t number, uint64_t blocks)
 {
-    LunSpec l;
+    LunConf l;
     l.lun = number;
     l.blocks = blocks;
     return l;
 }
 
 // Names the node's units carry unless the fleet gives them.
-void complete_lun(LunSpec &l, const Wwn &wwnn)
+void complete_lun(LunConf &l, const Wwn &wwnn)
 {
     if (l.vendor.empty())
         l.vendor = "QSTOR";
@@ -115,18 +115,18 @@ std::array<uint8_t, 16> naa_designator(const Wwn &wwnn, uint16_t lun)
     return d;
 }
 
-const RemotePort *remote(const BoardSpec &spec, const Wwn &wwpn)
+const RemotePort *remote(const BoardConf &conf, const Wwn &wwpn)
 {
-    for (const RemotePort &rp : spec.remote_ports)
+    for (const RemotePort &rp : conf.remote_ports)
         if (rp.wwpn == wwpn)
             return &rp;
     return nullptr;
 }
 
-LunSpec read_lun(const Json &j, const std::string &place)
+LunConf read_lun(const Json &j, const std::string &place)
 {
     Section o(j, place);
-    LunSpec l;
+    LunConf l;
     l.lun = static_cast<uint16_t>(to_unsigned(o.need("lun"), o.at("lun"), kMaxLun));
     l.blocks = to_unsigned(o.need("blocks"), o.at("blocks"), kMaxBlocks);
     if (l.blocks == 0)
@@ -141,9 +141,9 @@ LunSpec read_lun(const Json &j, const std::string &place)
 
 } // namespace
 
-void read_scsi_section(Section &board, BoardSpec &spec)
+void read_scsi_section(Section &board, BoardConf &conf)
 {
-    ScsiSpec &s = spec.scsi;
+    ScsiConf &s = conf.scsi;
     if (const Json *j = board.take("scsi")) {
         Section o(*j, board.at("scsi"));
         if (const Json *tv = o.take("targets")) {
@@ -153,9 +153,9 @@ void read_scsi_section(Section &board, BoardSpec &spec)
             for (size_t i = 0; i < tv->size(); ++i) {
                 const std::string pp = tplace + "[" + std::to_string(i) + "]";
                 Section t((*tv)[i], pp);
-                ScsiTargetSpec ts;
+                ScsiTargetConf ts;
                 ts.wwpn = to_wwn(t.need("wwpn"), t.at("wwpn"));
-                const RemotePort *rp = remote(spec, ts.wwpn);
+                const RemotePort *rp = remote(conf, ts.wwpn);
                 if (!rp || !rp->fcp_target)
                     fail(t.at("wwpn"), "not a remote port of the board that offers FCP");
                 for (const auto &other : s.targets)
@@ -168,7 +168,7 @@ void read_scsi_section(Section &board, BoardSpec &spec)
                     fail(t.at("luns"), "more than " + std::to_string(kMaxLunsPerTarget) + " logical units");
                 for (size_t k = 0; k < lv.size(); ++k) {
                     const std::string lp = t.at("luns") + "[" + std::to_string(k) + "]";
-                    LunSpec l = read_lun(lv[k], lp);
+                    LunConf l = read_lun(lv[k], lp);
                     for (const auto &q : ts.luns)
                         if (q.lun == l.lun)
                             fail(lp + ".lun", "duplicate LUN " + std::to_string(l.lun));
@@ -181,13 +181,13 @@ void read_scsi_section(Section &board, BoardSpec &spec)
         o.finish();
     }
     // Every FCP target the fleet leaves out gets the default units.
-    for (const RemotePort &rp : spec.remote_ports) {
+    for (const RemotePort &rp : conf.remote_ports) {
         if (!rp.fcp_target)
             continue;
         auto it = std::find_if(s.targets.begin(), s.targets.end(),
-                               [&](const ScsiTargetSpec &t) { return t.wwpn == rp.wwpn; });
+                               [&](const ScsiTargetConf &t) { return t.wwpn == rp.wwpn; });
         if (it == s.targets.end()) {
-            ScsiTargetSpec ts;
+            ScsiTargetConf ts;
             ts.wwpn = rp.wwpn;
             for (uint16_t n = 0; n < std::size(kDefaultBlocks); ++n)
                 ts.luns.push_back(default_lun(n, kDefaultBlocks[n]));
@@ -217,22 +217,22 @@ uint8_t check_condition(ScsiTask &t, uint8_t key, uint8_t asc, uint8_t ascq)
 // ---------------------------------------------------------------------------
 // Construction and lookup
 
-ScsiTargets::ScsiTargets(const BoardSpec &cfg) : board_(cfg.number)
+ScsiTargets::ScsiTargets(const BoardConf &cfg) : board_(cfg.number)
 {
     // Units are shared by the ports of one node.
     std::map<std::pair<Wwn, uint16_t>, std::shared_ptr<LogicalUnit>> units;
-    for (const ScsiTargetSpec &ts : cfg.scsi.targets) {
+    for (const ScsiTargetConf &ts : cfg.scsi.targets) {
         const RemotePort *rp = remote(cfg, ts.wwpn);
         if (!rp)
             continue;
         Port p;
         p.wwpn = ts.wwpn;
-        for (const LunSpec &l : ts.luns) {
+        for (const LunConf &l : ts.luns) {
             auto &u = units[{rp->wwnn, l.lun}];
             if (!u) {
                 u = std::make_shared<LogicalUnit>();
-                u->spec = l;
-                complete_lun(u->spec, rp->wwnn);
+                u->conf = l;
+                complete_lun(u->conf, rp->wwnn);
                 u->naa = naa_designator(rp->wwnn, l.lun);
             }
             p.luns.emplace_back(l.lun, u);
@@ -412,9 +412,9 @@ uint8_t ScsiTargets::inquiry(ScsiTask &t, LogicalUnit *lu)
         d[4] = 36 - 5;
         d[7] = 0x02; // CmdQue
         if (lu) {
-            put_text(&d[8], 8, lu->spec.vendor);
-            put_text(&d[16], 16, lu->spec.product);
-            put_text(&d[32], 4, lu->spec.revision);
+            put_text(&d[8], 8, lu->conf.vendor);
+            put_text(&d[16], 16, lu->conf.product);
+            put_text(&d[32], 4, lu->conf.revision);
         }
     } else if (!lu) {
         d.assign(4, 0);
@@ -423,7 +423,7 @@ uint8_t ScsiTargets::inquiry(ScsiTask &t, LogicalUnit *lu)
     } else if (page == VPD_SUPPORTED_PAGES) {
         d = {0, VPD_SUPPORTED_PAGES, 0, 3, VPD_SUPPORTED_PAGES, VPD_UNIT_SERIAL, VPD_DEVICE_ID};
     } else if (page == VPD_UNIT_SERIAL) {
-        const std::string &sn = lu->spec.serial;
+        const std::string &sn = lu->conf.serial;
         d.assign(4 + sn.size(), 0);
         d[1] = VPD_UNIT_SERIAL;
         d[3] = static_cast<uint8_t>(sn.size());
@@ -458,7 +458,7 @@ uint8_t ScsiTargets::read_capacity10(ScsiTask &t, LogicalUnit *lu)
 {
     if (!lu)
         return check_condition(t, SENSE_KEY_ILLEGAL_REQUEST, ASC_LUN_NOT_SUPPORTED);
-    const uint64_t last = lu->spec.blocks - 1;
+    const uint64_t last = lu->conf.blocks - 1;
     t.data_in.assign(8, 0);
     put_be32(&t.data_in[0], last > 0xFFFFFFFFull ? 0xFFFFFFFFu : static_cast<uint32_t>(last));
     put_be32(&t.data_in[4], SCSI_BLOCK_SIZE);
@@ -474,7 +474,7 @@ uint8_t ScsiTargets::service_action_in(ScsiTask &t, LogicalUnit *lu)
         return check_condition(t, SENSE_KEY_ILLEGAL_REQUEST, ASC_LUN_NOT_SUPPORTED);
     const uint32_t alloc = be32(&t.cdb[10]);
     t.data_in.assign(32, 0);
-    put_be64(&t.data_in[0], lu->spec.blocks - 1);
+    put_be64(&t.data_in[0], lu->conf.blocks - 1);
     put_be32(&t.data_in[8], SCSI_BLOCK_SIZE);
     t.required = std::min<uint32_t>(alloc, 32);
     t.data_in.resize(t.required);

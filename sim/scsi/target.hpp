@@ -25,10 +25,10 @@ class Section;
 
 // Reads the board's "scsi" object (its targets' logical units) and gives
 // every FCP remote port the fleet does not describe the default units.
-void read_scsi_section(Section &board, BoardSpec &spec);
+void read_scsi_section(Section &board, BoardConf &conf);
 
 struct LogicalUnit {
-    LunSpec spec;
+    LunConf conf;
     std::array<uint8_t, 16> naa{};                                            // NAA 6 designator
     std::unordered_map<uint64_t, std::array<uint8_t, SCSI_BLOCK_SIZE>> store; // written blocks
 };
@@ -57,7 +57,7 @@ using ScsiRow = EngineRow<uint8_t (ScsiTargets::*)(ScsiTask &, LogicalUnit *)>;
 class ScsiTargets
 {
   public:
-    explicit ScsiTargets(const BoardSpec &cfg);
+    explicit ScsiTargets(const BoardConf &cfg);
 
     // True when `wwpn` is an FCP target port of the board.
     bool has_target(const std::array<uint8_t, 8> &wwpn) const;

@@ -282,7 +282,7 @@ void SdSubscriptions::deliver(const Event &e)
 // ---------------------------------------------------------------------------
 // One board
 
-SdEngine::SdEngine(const BoardSpec &cfg) : board_(cfg.number), wwpn_(cfg.wwpn)
+SdEngine::SdEngine(const BoardConf &cfg) : board_(cfg.number), wwpn_(cfg.wwpn)
 {
     uint32_t index = 0;
     for (const RemotePort &p : cfg.remote_ports) {

@@ -23,7 +23,7 @@
 
 #include "core/fleet.hpp"
 #include "kvd_sd.h"
-#include "sd/sd_spec.hpp"
+#include "sd/sd_conf.hpp"
 
 namespace kvdsim
 {
@@ -33,7 +33,7 @@ struct Event;
 struct ScsiTask;
 class Library;
 
-void read_sd_section(Section &board, BoardSpec &spec);
+void read_sd_section(Section &board, BoardConf &conf);
 
 constexpr uint32_t kSdEventKind = 0x10000; // Event::kind of SD events
 constexpr uint32_t kSdGranularityNs = 10;  // nanoseconds per tick
@@ -107,7 +107,7 @@ void set_sd_verbosity(int32_t level);
 class SdEngine
 {
   public:
-    SdEngine(const BoardSpec &cfg);
+    SdEngine(const BoardConf &cfg);
 
     // True when `vport` names the board's physical port (zero or its WWPN).
     bool physical(const HBA_WWN &vport) const;

@@ -9,14 +9,14 @@
 namespace kvdsim
 {
 
-void read_sd_section(Section &board, BoardSpec &spec)
+void read_sd_section(Section &board, BoardConf &conf)
 {
     const Json *j = board.take("sd");
     if (!j)
         return;
     Section s(*j, board.at("sd"));
     if (const Json *v = s.take("seed"))
-        spec.sd.seed = static_cast<uint32_t>(to_unsigned(*v, s.at("seed"), 0xFFFFFFFF));
+        conf.sd.seed = static_cast<uint32_t>(to_unsigned(*v, s.at("seed"), 0xFFFFFFFF));
     if (const Json *list = s.take("traffic")) {
         const std::string place = s.at("traffic");
         if (!list->is_array())
@@ -26,11 +26,11 @@ void read_sd_section(Section &board, BoardSpec &spec)
             SdTraffic t;
             t.wwpn = to_wwn(e.need("wwpn"), e.at("wwpn"));
             bool target = false;
-            for (const RemotePort &p : spec.remote_ports)
+            for (const RemotePort &p : conf.remote_ports)
                 target = target || (p.wwpn == t.wwpn && p.fcp_target);
             if (!target)
                 fail(e.at("wwpn"), "not an FCP target of this board");
-            for (const SdTraffic &o : spec.sd.traffic)
+            for (const SdTraffic &o : conf.sd.traffic)
                 if (o.wwpn == t.wwpn)
                     fail(e.at("wwpn"), "duplicate target");
             if (const Json *v = e.take("ios"))
@@ -42,7 +42,7 @@ void read_sd_section(Section &board, BoardSpec &spec)
             if (t.max_us < t.min_us)
                 fail(e.at("max_us"), "below min_us");
             e.finish();
-            spec.sd.traffic.push_back(t);
+            conf.sd.traffic.push_back(t);
         }
     }
     s.finish();

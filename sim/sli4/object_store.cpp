@@ -83,16 +83,16 @@ void advise_huge(std::vector<uint8_t> &v)
 
 } // namespace
 
-ObjectStore::ObjectStore(const ObjectStoreSpec &spec) : spec_(spec)
+ObjectStore::ObjectStore(const ObjectStoreConf &conf) : conf_(conf)
 {
     dirs_.push_back({"prg", next_handle_++, false, {}});
     dirs_.push_back({"vpd", next_handle_++, true, {}});
     dirs_.push_back({"xrom", next_handle_++, false, {}});
     dirs_.push_back({"dbg", next_handle_++, false, {}});
-    if (!spec_.dir.empty() && load_dir())
+    if (!conf_.dir.empty() && load_dir())
         return;
-    seed(spec_);
-    if (!spec_.dir.empty())
+    seed(conf_);
+    if (!conf_.dir.empty())
         for (const Directory &d : dirs_)
             for (const Object &o : d.objects)
                 persist(d, o);
@@ -101,15 +101,15 @@ ObjectStore::ObjectStore(const ObjectStoreSpec &spec) : spec_(spec)
 std::string ObjectStore::rev_for(const std::string &dir) const
 {
     if (dir == "prg")
-        return spec_.firmware_rev;
+        return conf_.firmware_rev;
     if (dir == "xrom")
-        return spec_.rom_rev;
+        return conf_.rom_rev;
     if (dir == "vpd")
         return "VPD 3.1";
     return "";
 }
 
-void ObjectStore::seed(const ObjectStoreSpec &spec)
+void ObjectStore::seed(const ObjectStoreConf &conf)
 {
     for (const Seed &s : kSeeds) {
         const std::string path = std::string("/") + s.dir + "/" + s.name;
@@ -122,7 +122,7 @@ void ObjectStore::seed(const ObjectStoreSpec &spec)
     Object &link = put(prg, "active.lnk", {}, "");
     link.type = SLI4_OBJ_TYPE_LINKED;
     link.link = prg.objects.front().handle;
-    if (spec.dump)
+    if (conf.dump)
         put(dirs_[3], "dump.bin", make_content("/dbg/dump.bin", kDumpSize), "dump 0001");
 }
 
@@ -130,7 +130,7 @@ void ObjectStore::store_dump(std::vector<uint8_t> image)
 {
     Directory &dbg = dirs_[3];
     const Object &o = put(dbg, "dump.bin", std::move(image), "dump 0002");
-    if (!spec_.dir.empty())
+    if (!conf_.dir.empty())
         persist(dbg, o);
 }
 
@@ -264,19 +264,19 @@ Result ObjectStore::write(std::string_view path, uint32_t offset, std::span<cons
         it->writes = 0;
         // Room for all the flash left, claimed once: pages are only taken
         // as data lands, and the staged copy never moves while it grows.
-        const uint64_t free = spec_.capacity > used() ? spec_.capacity - used() : 0;
+        const uint64_t free = conf_.capacity > used() ? conf_.capacity - used() : 0;
         it->data.reserve(static_cast<size_t>(std::min(free, kObjectMax)));
         advise_huge(it->data);
     } else if (it == staged_.end() || offset != it->data.size()) {
         return kBadOffset;
     }
-    if (it->data.size() + data.size() > kObjectMax || used() + data.size() > spec_.capacity)
+    if (it->data.size() + data.size() > kObjectMax || used() + data.size() > conf_.capacity)
         return kFull;
 
     // Busy once in a sequence: its Nth write, unless it is the last, is
     // taken only in part.
     size_t take = data.size();
-    if (++it->writes == spec_.busy_every && !eof && take >= 8)
+    if (++it->writes == conf_.busy_every && !eof && take >= 8)
         take = (take / 2) & ~size_t{3};
     it->data.insert(it->data.end(), data.begin(), data.begin() + static_cast<std::ptrdiff_t>(take));
     taken = static_cast<uint32_t>(take);
@@ -356,7 +356,7 @@ bool ObjectStore::load_dir()
 {
     namespace fs = std::filesystem;
     std::error_code ec;
-    const fs::path root(spec_.dir);
+    const fs::path root(conf_.dir);
     if (!fs::is_directory(root / "prg", ec))
         return false;
     for (Directory &d : dirs_) {
@@ -368,7 +368,7 @@ bool ObjectStore::load_dir()
         for (const fs::path &f : files) {
             const std::string name = f.filename().string();
             const uint64_t size = fs::file_size(f, ec);
-            if (ec || name.size() > kBaseNameMax || size > kObjectMax || used() + size > spec_.capacity)
+            if (ec || name.size() > kBaseNameMax || size > kObjectMax || used() + size > conf_.capacity)
                 continue;
             std::vector<uint8_t> data(size);
             std::ifstream in(f, std::ios::binary);
@@ -388,10 +388,10 @@ bool ObjectStore::load_dir()
 void ObjectStore::persist(const Directory &d, const Object &o) const
 {
     namespace fs = std::filesystem;
-    if (spec_.dir.empty() || o.type != SLI4_OBJ_TYPE_NORMAL)
+    if (conf_.dir.empty() || o.type != SLI4_OBJ_TYPE_NORMAL)
         return;
     std::error_code ec;
-    const fs::path dir = fs::path(spec_.dir) / d.name;
+    const fs::path dir = fs::path(conf_.dir) / d.name;
     fs::create_directories(dir, ec);
     const fs::path tmp = dir / ("." + o.name + ".new");
     {
@@ -406,10 +406,10 @@ void ObjectStore::persist(const Directory &d, const Object &o) const
 
 void ObjectStore::unpersist(const Directory &d, const std::string &name) const
 {
-    if (spec_.dir.empty())
+    if (conf_.dir.empty())
         return;
     std::error_code ec;
-    std::filesystem::remove(std::filesystem::path(spec_.dir) / d.name / name, ec);
+    std::filesystem::remove(std::filesystem::path(conf_.dir) / d.name / name, ec);
 }
 
 } // namespace kvdsim

@@ -25,7 +25,7 @@
 namespace kvdsim
 {
 
-struct ObjectStoreSpec {
+struct ObjectStoreConf {
     bool dump = true;                     // "/dbg/dump.bin" present at start
     std::string dir;                      // host directory that keeps the store (empty: memory only)
     uint64_t capacity = 256ull << 20;     // bytes of flash for objects and staged writes
@@ -62,7 +62,7 @@ class ObjectStore
     // Paths of written firmware images land here.
     static constexpr const char *kDownloadObject = "/prg/download.grp";
 
-    explicit ObjectStore(const ObjectStoreSpec &spec);
+    explicit ObjectStore(const ObjectStoreConf &conf);
 
     // Reads from `offset`: `out.size()` bytes at most, fewer at the end.
     // An empty `out` asks for the size only: `got` is then the object's size.
@@ -119,13 +119,13 @@ class ObjectStore
     Result resolve(std::string_view path, Path &p) const;
     const Object *follow(const Object *o) const;
     Object &put(Directory &d, const std::string &name, std::vector<uint8_t> data, const std::string &rev);
-    void seed(const ObjectStoreSpec &spec);
+    void seed(const ObjectStoreConf &conf);
     bool load_dir();
     void persist(const Directory &d, const Object &o) const;
     void unpersist(const Directory &d, const std::string &name) const;
     std::string rev_for(const std::string &dir) const;
 
-    ObjectStoreSpec spec_;
+    ObjectStoreConf conf_;
     std::vector<Directory> dirs_;
     std::vector<Staged> staged_;
     uint32_t next_handle_ = 0x10;

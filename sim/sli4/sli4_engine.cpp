@@ -66,7 +66,7 @@ std::span<const RowInfo> Sli4Engine::commands()
     return Sli4Table::infos;
 }
 
-Sli4Engine::Sli4Engine(const BoardSpec &cfg, const Fleet &fleet)
+Sli4Engine::Sli4Engine(const BoardConf &cfg, const Fleet &fleet)
     : cfg_(cfg), manufacturer_(fleet.manufacturer), driver_version_(fleet.driver_version),
       rng_(0x9e3779b97f4a7c15ull ^ (uint64_t{cfg.number} << 32 | cfg.serial.size()))
 {
@@ -77,7 +77,7 @@ Sli4Engine::~Sli4Engine() = default;
 ObjectStore *Sli4Engine::store()
 {
     if (!store_ && cfg_.object_store && cfg_.if_type == 2) {
-        ObjectStoreSpec s;
+        ObjectStoreConf s;
         s.dump = cfg_.sli4.dump;
         s.dir = cfg_.sli4.store_dir;
         s.capacity = cfg_.sli4.capacity;

@@ -47,7 +47,7 @@ using Sli4Row = EngineRow<void (Sli4Engine::*)(Sli4Request &)>;
 class Sli4Engine
 {
   public:
-    Sli4Engine(const BoardSpec &cfg, const Fleet &fleet);
+    Sli4Engine(const BoardConf &cfg, const Fleet &fleet);
     ~Sli4Engine();
 
     // Runs the SLI4_CONFIG mailbox `mb`. A non-embedded request is read
@@ -88,7 +88,7 @@ class Sli4Engine
 
     friend struct Sli4Table;
 
-    const BoardSpec &cfg_;
+    const BoardConf &cfg_;
     std::string manufacturer_;
     std::string driver_version_;
     std::unique_ptr<ObjectStore> store_;

@@ -35,7 +35,7 @@ struct Exchanger {
     std::vector<uint8_t> rsp;
     uint32_t delivered = 0;
 
-    explicit Exchanger(const AsicSpec &spec = {}) : asic(spec)
+    explicit Exchanger(const AsicConf &conf = {}) : asic(conf)
     {
     }
     uint32_t send(const std::vector<uint8_t> &cmd, size_t room)
@@ -239,7 +239,7 @@ TEST(AsicImage, SmallestImageAtTheLimit)
     Exchanger x;
     EXPECT_EQ(x.send(download_cmd(shorter, 1, 12), 4), 0u);
     EXPECT_EQ(x.status(), uint32_t(kAsicImageRejected));
-    EXPECT_EQ(x.asic.fw_version(), AsicSpec{}.fw_version);
+    EXPECT_EQ(x.asic.fw_version(), AsicConf{}.fw_version);
     EXPECT_EQ(x.asic.log_entries(0).back(), "fw: image refused, image too short");
 }
 
@@ -279,9 +279,9 @@ TEST(AsicFru, AddressesAreHeldReversedAndChecked)
 
 TEST(AsicMemory, ReadsAndWritesWithinItsMemory)
 {
-    AsicSpec spec;
-    spec.memory_size = 0x400;
-    Exchanger x(spec);
+    AsicConf conf;
+    conf.memory_size = 0x400;
+    Exchanger x(conf);
     auto read = [&](uint32_t address, uint32_t words) {
         tarvo_memory_cmd_t c{TARVO_CMD_READ_MEM, address, words};
         EXPECT_EQ(x.send(bytes_of(c), 4 + words * 4), 0u);
@@ -316,9 +316,9 @@ TEST(AsicMemory, ReadsAndWritesWithinItsMemory)
 
 TEST(AsicLogs, RingKeepsTheNewestAndSizesFollow)
 {
-    AsicSpec spec;
-    spec.logs = {{"sys", 3, 16, {"a", "b", "c", "d", "e"}}, {"empty", 0, 8, {}}};
-    Exchanger x(spec);
+    AsicConf conf;
+    conf.logs = {{"sys", 3, 16, {"a", "b", "c", "d", "e"}}, {"empty", 0, 8, {}}};
+    Exchanger x(conf);
     EXPECT_EQ(x.asic.log_entries(0), (std::vector<std::string>{"c", "d", "e"}));
 
     ASSERT_EQ(x.get(TARVO_CMD_GET_CONFIG, 0, 96), 0u);

@@ -23,33 +23,33 @@ std::string error_of(const std::string &text)
     return error;
 }
 
-AsicSpec spec_of(const std::string &text)
+AsicConf conf_of(const std::string &text)
 {
     std::string error;
     auto f = parse_fleet(text, "t.json", error);
     EXPECT_TRUE(f.has_value()) << error;
-    return f ? f->boards.at(0).asic : AsicSpec{};
+    return f ? f->boards.at(0).asic : AsicConf{};
 }
 
 } // namespace
 
 TEST(AsicFleet, DefaultsFollowTheBoard)
 {
-    AsicSpec a = spec_of(doc(""));
+    AsicConf a = conf_of(doc(""));
     EXPECT_EQ(a.mac0, (std::array<uint8_t, 6>{0x0a, 0x3c, 0x55, 0x00, 0x00, 0x41}));
     EXPECT_EQ(a.mac1[5], 0x42);
     EXPECT_EQ(a.logs.size(), 4u);
     EXPECT_TRUE(a.link_up);
 
-    a = spec_of(doc(R"({"fw_type": "golden", "mac0": "00:0a:3c:55:01:02", "link_up": false,
+    a = conf_of(doc(R"({"fw_type": "golden", "mac0": "00:0a:3c:55:01:02", "link_up": false,
                         "logs": [{"name": "only", "entries": 256, "entry_size": 256, "lines": ["x"]}]})"));
     EXPECT_EQ(a.fw_type, TARVO_FW_TYPE_GOLDEN);
     EXPECT_EQ(a.mac0[5], 0x02);
     EXPECT_FALSE(a.link_up);
     ASSERT_EQ(a.logs.size(), 1u);
     EXPECT_EQ(a.logs[0].capacity, 256);
-    EXPECT_EQ(spec_of(doc(R"({"fw_type": "0x12345678"})")).fw_type, 0x12345678u);
-    EXPECT_EQ(spec_of(doc(R"({"fw_type": 7})")).fw_type, 7u);
+    EXPECT_EQ(conf_of(doc(R"({"fw_type": "0x12345678"})")).fw_type, 0x12345678u);
+    EXPECT_EQ(conf_of(doc(R"({"fw_type": 7})")).fw_type, 7u);
 }
 
 TEST(AsicFleet, EachFaultIsOneLine)
@@ -68,19 +68,19 @@ TEST(AsicFleet, EachFaultIsOneLine)
     EXPECT_NE(error_of(doc(R"({"frame_size": 2116})")).find("frame_size"), std::string::npos);
     EXPECT_NE(error_of(doc(R"({"memory_size": 252})")).find("memory size"), std::string::npos);
     EXPECT_NE(error_of(doc(R"({"memory_size": 1048580})")).find("memory_size"), std::string::npos);
-    spec_of(doc(R"({"memory_size": 256})"));
-    spec_of(doc(R"({"memory_size": 1048576})"));
+    conf_of(doc(R"({"memory_size": 256})"));
+    conf_of(doc(R"({"memory_size": 1048576})"));
 }
 
 TEST(AsicFleet, LogBounds)
 {
     auto log = [](const std::string &fields) { return doc(R"({"logs": [{"name": "l", )" + fields + "}]}"); };
-    spec_of(log(R"("entries": 0, "entry_size": 8)"));
+    conf_of(log(R"("entries": 0, "entry_size": 8)"));
     EXPECT_NE(error_of(log(R"("entry_size": 7)")).find("entry size 7 below 8"), std::string::npos);
     EXPECT_NE(error_of(log(R"("entry_size": 257)")).find("entry_size"), std::string::npos);
     EXPECT_NE(error_of(log(R"("entries": 257)")).find("entries"), std::string::npos);
     // A line must fit its entry with the terminator.
-    spec_of(log(R"("entry_size": 8, "lines": ["1234567"])"));
+    conf_of(log(R"("entry_size": 8, "lines": ["1234567"])"));
     EXPECT_NE(error_of(log(R"("entry_size": 8, "lines": ["12345678"])")).find("lines[0]"), std::string::npos);
     EXPECT_NE(error_of(doc(R"({"logs": [{"entries": 2}]})")).find("name"), std::string::npos);
     std::string many = R"({"logs": [)";

@@ -25,7 +25,7 @@ struct Net {
     std::vector<uint8_t> rsp;
     uint32_t delivered = 0;
 
-    explicit Net(const AsicSpec &spec = {}) : asic(spec)
+    explicit Net(const AsicConf &conf = {}) : asic(conf)
     {
     }
     // The ASIC's status of one exchange (a transport failure fails the test).
@@ -155,9 +155,9 @@ TEST(AsicDcb, PriorityGroupRules)
 
 TEST(AsicAccess, ListBoundsAndLinks)
 {
-    AsicSpec spec;
-    Net n(spec);
-    const auto &fab = spec.fabric_name;
+    AsicConf conf;
+    Net n(conf);
+    const auto &fab = conf.fabric_name;
     std::vector<tarvo_facl_t> list(kAsicFaclMax, facl(2, fab, 1));
     EXPECT_EQ(n.send(set_facl(1, list)), 0u);
     list.push_back(facl(2, fab, 1));
@@ -193,9 +193,9 @@ TEST(AsicAccess, ListBoundsAndLinks)
 
 TEST(AsicFcoe, FcfListFitsTheRoomOffered)
 {
-    AsicSpec spec;
-    spec.fcfs = 3;
-    Net n(spec);
+    AsicConf conf;
+    conf.fcfs = 3;
+    Net n(conf);
     const size_t head = offsetof(tarvo_get_fcf_list_rsp_t, fcf_list);
     EXPECT_EQ(n.get(TARVO_CMD_GET_FCF_LIST, 0, head + 2 * sizeof(tarvo_fcf_info_t) + 43), 0u);
     EXPECT_EQ(n.word(4), 2u);

@@ -25,7 +25,7 @@ const Fleet &default_fleet()
     return f;
 }
 
-LinkStatus link_up(const BoardSpec &b)
+LinkStatus link_up(const BoardConf &b)
 {
     LinkStatus l;
     l.up = true;
@@ -56,7 +56,7 @@ TEST(Attributes, Fc4TypeBits)
 
 TEST(Attributes, LocalPortUpAndDown)
 {
-    const BoardSpec &b = default_fleet().boards.at(0);
+    const BoardConf &b = default_fleet().boards.at(0);
     HBA_PORTATTRIBUTES p;
     local_port_attributes(default_fleet(), b, link_up(b), BoardState::ready, p);
     EXPECT_EQ(p.PortState, HBA_PORTSTATE_ONLINE);
@@ -88,7 +88,7 @@ TEST(Attributes, LocalPortUpAndDown)
 
 TEST(Attributes, RemotePortCarriesItsScsiAddress)
 {
-    const BoardSpec &b = default_fleet().boards.at(0);
+    const BoardConf &b = default_fleet().boards.at(0);
     const RemotePort *target = nullptr, *initiator = nullptr;
     for (const RemotePort &r : b.remote_ports)
         (r.fcp_target ? target : initiator) = &r;
@@ -110,7 +110,7 @@ TEST(Attributes, RemotePortCarriesItsScsiAddress)
 
 TEST(Attributes, BoardEntryAndDriverInfo)
 {
-    const BoardSpec &cna = default_fleet().boards.at(1);
+    const BoardConf &cna = default_fleet().boards.at(1);
     KVD_BRDINFO e;
     memset(&e, 0xa5, sizeof e);
     board_entry(cna, e);

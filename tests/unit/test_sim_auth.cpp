@@ -36,15 +36,15 @@ std::span<const uint8_t> text(const char *s)
     return {reinterpret_cast<const uint8_t *>(s), strlen(s)};
 }
 
-BoardSpec board()
+BoardConf board()
 {
-    BoardSpec b;
+    BoardConf b;
     b.wwpn = kLocal;
     RemotePort p;
     p.wwpn = kRemote;
     p.did = 0x010100;
     b.remote_ports.push_back(p);
-    AuthEntitySpec e;
+    AuthEntityConf e;
     e.wwpn = kRemote;
     e.secret = "target-secret";
     e.peer_secret = "port-secret";
@@ -77,7 +77,7 @@ ZRT_FCSP_CONFIG config()
 struct Fixture {
     uint64_t now = 1000000;
     AuthEngine e;
-    explicit Fixture(const BoardSpec &b = board()) : e(b, [this] { return now; })
+    explicit Fixture(const BoardConf &b = board()) : e(b, [this] { return now; })
     {
     }
 
@@ -292,7 +292,7 @@ TEST(AuthEngine, ExchangeOutcomes)
 
 TEST(AuthEngine, NegotiationFollowsThePortsOrder)
 {
-    BoardSpec b = board();
+    BoardConf b = board();
     b.auth.entities[0].hashes = {KVD_AUTH_HASH_SHA1};
     b.auth.entities[0].dh_groups = {0, 3};
     Fixture f(b);

@@ -19,9 +19,9 @@ struct Params {
     explicit Params(Protocol protocol = Protocol::fc) : p(board(protocol))
     {
     }
-    static BoardSpec board(Protocol protocol)
+    static BoardConf board(Protocol protocol)
     {
-        BoardSpec b;
+        BoardConf b;
         b.protocol = protocol;
         return b;
     }

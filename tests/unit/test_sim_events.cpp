@@ -24,7 +24,7 @@ std::vector<KVD_EVENT_ENTRY> drain(BoardEvents &ev, uint32_t wanted)
 
 TEST(SimEvents, LogKeepsTheNewestEntriesAndCountsTheRestMissed)
 {
-    BoardEvents ev(0, EventsSpec{});
+    BoardEvents ev(0, EventsConf{});
     for (int i = 0; i < static_cast<int>(BoardEvents::kLogEntries); ++i)
         ev.temperature_event(KVD_TEMP_UNKNOWN, i);
     EXPECT_EQ(ev.take_missed(), 0u); // at the limit
@@ -43,11 +43,11 @@ TEST(SimEvents, LogKeepsTheNewestEntriesAndCountsTheRestMissed)
 
 TEST(SimEvents, TemperatureBands)
 {
-    EventsSpec spec;
-    spec.temperature = 40;
-    spec.warning = 75;
-    spec.critical = 90;
-    BoardEvents ev(0, spec);
+    EventsConf conf;
+    conf.temperature = 40;
+    conf.warning = 75;
+    conf.critical = 90;
+    BoardEvents ev(0, conf);
     auto types = [&](std::initializer_list<int32_t> readings) {
         for (int32_t t : readings)
             ev.set_temperature(t);
@@ -65,7 +65,7 @@ TEST(SimEvents, TemperatureBands)
 
 TEST(SimEvents, CtResponsesMatchOpenRequests)
 {
-    BoardEvents ev(1, EventsSpec{});
+    BoardEvents ev(1, EventsConf{});
     const uint8_t data[] = {1, 2, 3};
     const uint32_t tag = ev.ct_request(0x20, data);
     EXPECT_FALSE(ev.ct_response(tag + 1, data));

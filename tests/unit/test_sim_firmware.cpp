@@ -48,9 +48,9 @@ class FakeMemory final : public HostMemory
     }
 };
 
-BoardSpec make_board(Topology topo = Topology::fabric, int sli = 3)
+BoardConf make_board(Topology topo = Topology::fabric, int sli = 3)
 {
-    BoardSpec b;
+    BoardConf b;
     b.number = 1;
     b.sli_mode = sli;
     b.wwpn = {0x10, 0x00, 0x06, 0x4b, 0x51, 0x00, 0x00, 0x01};
@@ -77,7 +77,7 @@ BoardSpec make_board(Topology topo = Topology::fabric, int sli = 3)
 struct Box {
     Firmware fw;
     FakeMemory mem;
-    explicit Box(const BoardSpec &b) : fw(b)
+    explicit Box(const BoardConf &b) : fw(b)
     {
     }
 
@@ -517,7 +517,7 @@ TEST(SimFirmwareLimits, EventLogKeepsTheLatestEntries)
 
 TEST(SimFirmwareLimits, DumpMemoryFillsTheRoomBehindTheRecordAndStaysInSlim)
 {
-    const BoardSpec cfg = make_board();
+    const BoardConf cfg = make_board();
     Box b(cfg);
     MAILBOX mb = b.cmd(MBX_DUMP_MEMORY);
     mb.un.varDmp.words[0] = MBX_DUMP_TYPE_MEMORY;

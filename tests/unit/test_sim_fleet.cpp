@@ -54,7 +54,7 @@ TEST(Fleet, DefaultFleetHasTheThreeBoards)
     EXPECT_EQ(f.driver_name, "vexa");
     ASSERT_EQ(f.boards.size(), 3u);
     for (uint32_t i = 0; i < 3; ++i) {
-        const BoardSpec &b = f.boards[i];
+        const BoardConf &b = f.boards[i];
         EXPECT_EQ(b.number, i);
         EXPECT_EQ(b.vendor_id, 0x2c71);
         EXPECT_EQ(b.instance, i);
@@ -66,7 +66,7 @@ TEST(Fleet, DefaultFleetHasTheThreeBoards)
         EXPECT_LE(b.firmware.size(), 31u);
     }
 
-    const BoardSpec &fc = f.boards[0];
+    const BoardConf &fc = f.boards[0];
     EXPECT_EQ(fc.sli_mode, 3);
     EXPECT_EQ(fc.protocol, Protocol::fc);
     EXPECT_FALSE(fc.tarvo);
@@ -83,14 +83,14 @@ TEST(Fleet, DefaultFleetHasTheThreeBoards)
     }
     EXPECT_GE(targets, 2);
 
-    const BoardSpec &cna = f.boards[1];
+    const BoardConf &cna = f.boards[1];
     EXPECT_EQ(cna.sli_mode, 3);
     EXPECT_EQ(cna.protocol, Protocol::fcoe);
     EXPECT_TRUE(cna.tarvo);
     EXPECT_EQ(cna.speed, 0x4u); // 10 Gb
     EXPECT_NE(cna.features & KVD_FTR_FCOE, 0u);
 
-    const BoardSpec &s4 = f.boards[2];
+    const BoardConf &s4 = f.boards[2];
     EXPECT_EQ(s4.sli_mode, 4);
     EXPECT_EQ(s4.if_type, 2);
     EXPECT_TRUE(s4.object_store);
@@ -101,7 +101,7 @@ TEST(Fleet, DefaultsFollowTheBoardKind)
 {
     Fleet f = parse_ok(board_doc(""));
     ASSERT_EQ(f.boards.size(), 1u);
-    const BoardSpec &b = f.boards[0];
+    const BoardConf &b = f.boards[0];
     EXPECT_EQ(f.driver_version, kDefaultDriverVersion);
     EXPECT_EQ(f.library_version, kDefaultLibraryVersion);
     EXPECT_EQ(wwn_text(b.wwnn), "20:00:06:4b:51:00:00:01");
@@ -117,13 +117,13 @@ TEST(Fleet, DefaultsFollowTheBoardKind)
     EXPECT_NE(b.did, 0u);
 
     const Fleet fcoe = parse_ok(board_doc(R"("protocol": "fcoe")"));
-    const BoardSpec &cna = fcoe.boards.at(0);
+    const BoardConf &cna = fcoe.boards.at(0);
     EXPECT_TRUE(cna.tarvo);
     EXPECT_EQ(cna.speed, 0x4u);
     EXPECT_NE(cna.features & KVD_FTR_FCOE, 0u);
 
     const Fleet sli4 = parse_ok(board_doc(R"("sli_mode": 4)"));
-    const BoardSpec &s4 = sli4.boards.at(0);
+    const BoardConf &s4 = sli4.boards.at(0);
     EXPECT_EQ(s4.if_type, 2);
     EXPECT_TRUE(s4.object_store);
     EXPECT_NE(s4.features & KVD_FTR_SLI_CONFIG_EXT, 0u);
@@ -132,7 +132,7 @@ TEST(Fleet, DefaultsFollowTheBoardKind)
     EXPECT_EQ(parse_ok(board_doc(R"("sli_mode": 2)")).boards.at(0).features & KVD_FTR_NPIV, 0u);
 
     const Fleet loops = parse_ok(board_doc(R"("hard_alpa": "0xe8", "link": {"topology": "loop"})"));
-    const BoardSpec &loop = loops.boards.at(0);
+    const BoardConf &loop = loops.boards.at(0);
     EXPECT_EQ(loop.alpa, 0xe8);
     EXPECT_EQ(loop.did, 0xe8u);
 }
@@ -142,7 +142,7 @@ TEST(Fleet, ValuesInTheirSeveralForms)
     const Fleet f = parse_ok(board_doc(R"("pci": {"device_id": "0xF123", "bus": 130}, "features": "0x211",
                               "link": {"speed": "0x20", "supported_speeds": "0x38"},
                               "remote_ports": [{"wwpn": "2100064b51d00001", "did": "0x010300", "scsi_target": -1}])"));
-    const BoardSpec &b = f.boards.at(0);
+    const BoardConf &b = f.boards.at(0);
     EXPECT_EQ(b.device_id, 0xf123);
     EXPECT_EQ(b.bus, 130u);
     EXPECT_EQ(b.features, 0x211u);

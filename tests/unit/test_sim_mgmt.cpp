@@ -10,9 +10,9 @@ using namespace kvdsim;
 namespace
 {
 
-BoardSpec board()
+BoardConf board()
 {
-    BoardSpec b;
+    BoardConf b;
     b.wwnn = {0x20, 0, 6, 0x4b, 0x51, 0xa0, 0, 0x10};
     RemotePort a, c, tape;
     a.wwpn = {0x21, 0, 6, 0x4b, 0x51, 0xd0, 0, 1};
@@ -44,7 +44,7 @@ uint32_t be32(const uint8_t *p)
 
 TEST(Mgmt, InfoFollowsTheLinkAndKeepsWhatWasSet)
 {
-    const BoardSpec b = board();
+    const BoardConf b = board();
     MgmtEngine m(b, 10);
     HBA_MGMTINFO i = m.info(MgmtLinkView{true, 0x010200, false, 10});
     EXPECT_EQ(std::memcmp(i.wwn.wwn, b.wwnn.data(), 8), 0);
@@ -72,7 +72,7 @@ TEST(Mgmt, InfoFollowsTheLinkAndKeepsWhatWasSet)
 
 TEST(Mgmt, RnidAcceptByPortOrNode)
 {
-    const BoardSpec b = board();
+    const BoardConf b = board();
     MgmtEngine m(b, 1);
     const MgmtLinkView up{true, 0x010200, false, 1};
     KVD_RNID_ACC acc;
@@ -99,7 +99,7 @@ TEST(Mgmt, RnidAcceptByPortOrNode)
 
 TEST(Mgmt, RnidRefusals)
 {
-    const BoardSpec b = board();
+    const BoardConf b = board();
     MgmtEngine m(b, 1);
     const MgmtLinkView up{true, 0x010200, false, 1};
     KVD_RNID_ACC acc;
@@ -112,7 +112,7 @@ TEST(Mgmt, RnidRefusals)
 
 TEST(Mgmt, EventsCountUpToTheQueueDepth)
 {
-    const BoardSpec b = board();
+    const BoardConf b = board();
     MgmtEngine m(b, 100);
     EXPECT_EQ(m.events(MgmtLinkView{true, 0, false, 100}), 0u);
     EXPECT_EQ(m.events(MgmtLinkView{true, 0, false, 102}), 2u);

@@ -12,9 +12,9 @@ using namespace kvdsim;
 namespace
 {
 
-BoardSpec board()
+BoardConf board()
 {
-    BoardSpec b;
+    BoardConf b;
     b.model = "QM8-F2";
     b.description = "QM8-F2 adapter";
     b.function = 1;
@@ -34,9 +34,9 @@ BoardSpec board()
     host.did = 0x020000;
     host.fcp_target = false;
     b.remote_ports = {a, c, host};
-    ScsiTargetSpec t;
+    ScsiTargetConf t;
     t.wwpn = a.wwpn;
-    LunSpec l0, l7;
+    LunConf l0, l7;
     l0.lun = 0;
     l0.blocks = 100;
     l0.serial = "SN0";
@@ -52,7 +52,7 @@ BoardSpec board()
 
 TEST(Nodes, FabricServicesThenPortsByAddress)
 {
-    const BoardSpec b = board();
+    const BoardConf b = board();
     Nodes n(b);
     const auto list = n.nodes(true);
     ASSERT_EQ(list.size(), 5u);
@@ -68,14 +68,14 @@ TEST(Nodes, FabricServicesThenPortsByAddress)
     EXPECT_EQ(list[4].a_state, KVD_NODE_STE_PLOGI);
     EXPECT_TRUE(n.nodes(false).empty());
 
-    BoardSpec loop = b;
+    BoardConf loop = b;
     loop.topology = Topology::loop;
     EXPECT_EQ(Nodes(loop).nodes(true).size(), 3u);
 }
 
 TEST(Nodes, VpdFromTheBoardOrTheFleet)
 {
-    BoardSpec b = board();
+    BoardConf b = board();
     VPD v{};
     EXPECT_EQ(Nodes(b).vpd(v), 0u);
     EXPECT_STREQ(v.Model, "QM8-F2");
@@ -90,19 +90,19 @@ TEST(Nodes, VpdFromTheBoardOrTheFleet)
 
 TEST(Nodes, AutomaticBindingsOnlyForMappedTargets)
 {
-    BoardSpec b = board();
+    BoardConf b = board();
     const auto auto_list = Nodes(b).bindings();
     ASSERT_EQ(auto_list.size(), 1u);
     EXPECT_EQ(auto_list[0].bind_type, BIND_WWPN);
     EXPECT_EQ(auto_list[0].scsi_id, 5u);
     EXPECT_EQ(auto_list[0].did, 0x010400u);
-    b.nodes.bindings = std::vector<BindingSpec>{};
+    b.nodes.bindings = std::vector<BindingConf>{};
     EXPECT_TRUE(Nodes(b).bindings().empty());
 }
 
 TEST(Nodes, MappingFollowsTheUnitsAndTheirIdentifiers)
 {
-    const BoardSpec b = board();
+    const BoardConf b = board();
     ScsiTargets scsi(b);
     Nodes n(b);
     const auto map = n.mapping(scsi, "vexa", true);

@@ -19,7 +19,7 @@ namespace
 const Wwn kZero{};
 
 struct Rig {
-    explicit Rig(BoardSpec spec) : cfg(std::move(spec)), fabric(cfg), nodes(cfg), events(0, cfg.events)
+    explicit Rig(BoardConf conf) : cfg(std::move(conf)), fabric(cfg), nodes(cfg), events(0, cfg.events)
     {
         npiv = std::make_unique<Npiv>(cfg, fabric, nodes, &events);
     }
@@ -33,16 +33,16 @@ struct Rig {
             out.emplace_back(e[i].code, e[i].data[0]);
         return out;
     }
-    BoardSpec cfg;
+    BoardConf cfg;
     Fabric fabric;
     Nodes nodes;
     BoardEvents events;
     std::unique_ptr<Npiv> npiv;
 };
 
-BoardSpec board(uint32_t max_vports = 4)
+BoardConf board(uint32_t max_vports = 4)
 {
-    BoardSpec b;
+    BoardConf b;
     b.number = 1;
     b.features = KVD_FTR_NPIV;
     b.npiv_max_vports = max_vports;
@@ -124,9 +124,9 @@ TEST(SimNpiv, VportLimitAtAndOnePast)
 
 TEST(SimNpiv, FabricLimitAtAndOnePast)
 {
-    BoardSpec spec = board();
-    spec.npiv.fabric_max_vports = 1;
-    Rig r(spec);
+    BoardConf conf = board();
+    conf.npiv.fabric_max_vports = 1;
+    Rig r(conf);
     Vport a, b;
     ASSERT_EQ(r.npiv->create(kZero, kZero, "", 0, 9, true, &a), 0u);
     EXPECT_EQ(a.state, KVD_VPSTATE_ACTIVE);
@@ -162,7 +162,7 @@ TEST(SimNpiv, DriverAndBoardWithoutNpiv)
     r.npiv->set_driver_npiv_enable(true);
     EXPECT_EQ(r.npiv->create(kZero, kZero, "", 0, 9, true, nullptr), 0u);
 
-    BoardSpec sli2 = board();
+    BoardConf sli2 = board();
     sli2.sli_mode = 2;
     Rig old(sli2);
     EXPECT_EQ(old.npiv->checklist(false), uint32_t{KVD_NPIV_DRIVER_ENABLED});
@@ -191,9 +191,9 @@ TEST(SimNpiv, LinkDownLogsOutAndUpLogsBackIn)
 
 TEST(SimNpiv, LoopHasNoFabricToLogInto)
 {
-    BoardSpec spec = board();
-    spec.topology = Topology::loop;
-    Rig r(spec);
+    BoardConf conf = board();
+    conf.topology = Topology::loop;
+    Rig r(conf);
     EXPECT_EQ(r.npiv->checklist(true), 0x1Fu);
     Vport v;
     ASSERT_EQ(r.npiv->create(kZero, kZero, "", 0, 9, true, &v), 0u);
@@ -221,7 +221,7 @@ TEST(SimNpiv, FleetSection)
         parse_fleet(head + R"({"driver_enable": false, "fabric_support": false, "fabric_max_vports": 3}}]})",
                     "t.json", error);
     ASSERT_TRUE(f) << error;
-    const NpivSpec &n = f->boards.at(0).npiv;
+    const NpivConf &n = f->boards.at(0).npiv;
     EXPECT_FALSE(n.driver_enable);
     EXPECT_FALSE(n.fabric_support);
     EXPECT_EQ(n.fabric_max_vports, 3u);

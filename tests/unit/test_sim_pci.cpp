@@ -15,9 +15,9 @@ using namespace kvdsim;
 namespace
 {
 
-BoardSpec board(int sli = 3, Protocol protocol = Protocol::fc, bool tarvo = false)
+BoardConf board(int sli = 3, Protocol protocol = Protocol::fc, bool tarvo = false)
 {
-    BoardSpec b;
+    BoardConf b;
     b.vendor_id = 0x2c71;
     b.device_id = 0xf300;
     b.subsys_vendor_id = 0x2c71;
@@ -247,7 +247,7 @@ TEST(PciEngineDump, ForcedDumpStopsTheFirmwareUntilCleared)
 
 TEST(ConfigRegions, SizesAndPresence)
 {
-    const BoardSpec fc3 = board(3), fc4 = board(4), cna = board(3, Protocol::fcoe, true);
+    const BoardConf fc3 = board(3), fc4 = board(4), cna = board(3, Protocol::fcoe, true);
     PciConfigSpace s3(fc3), s4(fc4), sc(cna);
     const struct {
         uint32_t region;
@@ -285,7 +285,7 @@ TEST(ConfigRegions, VpdChecksumsToZero)
 
 TEST(ConfigRegions, EveryRowBuildsWithinTheLimit)
 {
-    const BoardSpec all = board(4, Protocol::fcoe, true);
+    const BoardConf all = board(4, Protocol::fcoe, true);
     PciConfigSpace s(all);
     EXPECT_EQ(region_rows().size(), 12u);
     for (const RowInfo &r : region_rows()) {
@@ -300,7 +300,7 @@ TEST(ConfigRegions, EveryRowBuildsWithinTheLimit)
 
 TEST(ConfigRegions, WritesStayInsideTheRegionAndReadBackUntilRestored)
 {
-    const BoardSpec fc3 = board(3);
+    const BoardConf fc3 = board(3);
     PciEngine e(fc3, 0);
     const auto before = *e.region(fc3, 0); // 60 bytes
     const uint8_t four[4] = {1, 2, 3, 4};

@@ -19,9 +19,9 @@ using namespace kvdsim;
 namespace
 {
 
-BoardSpec make_board(Protocol protocol = Protocol::fc)
+BoardConf make_board(Protocol protocol = Protocol::fc)
 {
-    BoardSpec b;
+    BoardConf b;
     b.number = 3;
     b.sli_mode = 4;
     b.protocol = protocol;
@@ -36,7 +36,7 @@ BoardSpec make_board(Protocol protocol = Protocol::fc)
 struct Box {
     Firmware fw;
     Port port;
-    explicit Box(const BoardSpec &b) : fw(b), port(b)
+    explicit Box(const BoardConf &b) : fw(b), port(b)
     {
         port.power_on(fw);
     }
@@ -167,7 +167,7 @@ TEST(SimPort, PersistentLinkDownSurvivesEveryReset)
     EXPECT_EQ(b.run(kPortResetAdapter, {}, KVD_RESET_FIRMWARE), 0);
     EXPECT_TRUE(b.fw.link().up);
 
-    BoardSpec plain = make_board();
+    BoardConf plain = make_board();
     plain.features = 0;
     Box p(plain);
     EXPECT_EQ(p.run(kPortGetPersistLink, {reinterpret_cast<uint8_t *>(&v), sizeof v}), EOPNOTSUPP);
@@ -176,7 +176,7 @@ TEST(SimPort, PersistentLinkDownSurvivesEveryReset)
 
 TEST(SimPort, StoredPersistenceHoldsTheLinkAtPowerOn)
 {
-    BoardSpec s = make_board();
+    BoardConf s = make_board();
     s.port.persist_link_down = 1;
     Box b(s);
     EXPECT_FALSE(b.fw.link().up);
@@ -321,7 +321,7 @@ TEST(SimPort, FleetSection)
         "fcf_vlans": [1, 4094], "fcp_priority": 7, "persist_link_down": 1}}]})",
                          "t.json", error);
     ASSERT_TRUE(f.has_value()) << error;
-    const PortSpec &p = f->boards[0].port;
+    const PortConf &p = f->boards[0].port;
     EXPECT_EQ(p.fc_map, 0x0EFC01u);
     EXPECT_TRUE(p.vlan_valid);
     EXPECT_EQ(p.vlan_id, 4094);

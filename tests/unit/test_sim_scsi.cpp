@@ -255,7 +255,7 @@ TEST_F(Targets, UnknownCodesShortCdbsAndFaultRules)
 TEST(ScsiFleet, DefaultsAndLimits)
 {
     Fleet f = fleet_of(kLuns);
-    const ScsiSpec &s = f.boards.at(0).scsi;
+    const ScsiConf &s = f.boards.at(0).scsi;
     ASSERT_EQ(s.targets.size(), 3u); // A described, B and C by default, not the initiator
     EXPECT_EQ(s.targets[1].luns.size(), 2u);
     EXPECT_EQ(s.targets[1].luns[1].blocks, 20480u);

@@ -14,9 +14,9 @@ using namespace kvdsim;
 namespace
 {
 
-BoardSpec board(int targets)
+BoardConf board(int targets)
 {
-    BoardSpec b;
+    BoardConf b;
     b.wwpn = {0x10, 0, 0x06, 0x4b, 0x51, 0xa0, 0, 0x70};
     for (int i = 0; i < targets; ++i) {
         RemotePort p;
@@ -102,10 +102,10 @@ TEST(SimSd, CollectionStatesAndRoom)
 TEST(SimSd, SeededModelRepeats)
 {
     ASSERT_EQ(sd_define_buckets(SD_SEARCH_LINEAR, 2000, 700), SD_OK);
-    BoardSpec spec = board(2);
-    SdEngine a(spec), b(spec);
-    spec.sd.seed = 2;
-    SdEngine c(spec);
+    BoardConf conf = board(2);
+    SdEngine a(conf), b(conf);
+    conf.sd.seed = 2;
+    SdEngine c(conf);
     int32_t rc;
     uint16_t n;
     for (SdEngine *e : {&a, &b, &c})
@@ -143,18 +143,18 @@ TEST(SimSd, HandlesAtTheirLimit)
 
 TEST(SimSd, FleetSection)
 {
-    auto parse = [](const char *text, BoardSpec &spec) {
+    auto parse = [](const char *text, BoardConf &conf) {
         Json j = Json::parse(text);
         Section s(j, "boards[0]");
-        read_sd_section(s, spec);
+        read_sd_section(s, conf);
     };
-    BoardSpec spec = board(1);
+    BoardConf conf = board(1);
     parse(R"({"sd": {"seed": 9, "traffic": [{"wwpn": "21:00:06:4b:51:e1:00:00", "ios": 100000,
               "min_us": 5, "max_us": 5}]}})",
-          spec);
-    EXPECT_EQ(spec.sd.seed, 9u);
-    ASSERT_EQ(spec.sd.traffic.size(), 1u);
-    EXPECT_EQ(spec.sd.traffic[0].ios, 100000u);
+          conf);
+    EXPECT_EQ(conf.sd.seed, 9u);
+    ASSERT_EQ(conf.sd.traffic.size(), 1u);
+    EXPECT_EQ(conf.sd.traffic[0].ios, 100000u);
     const char *bad[] = {
         R"({"sd": {"traffic": [{"wwpn": "21:00:06:4b:51:e1:00:00", "ios": 100001}]}})",
         R"({"sd": {"traffic": [{"wwpn": "21:00:06:4b:51:e1:00:09"}]}})",
@@ -163,7 +163,7 @@ TEST(SimSd, FleetSection)
         R"({"sd": {"speed": 1}})",
     };
     for (const char *t : bad) {
-        BoardSpec s = board(1);
+        BoardConf s = board(1);
         EXPECT_ANY_THROW(parse(t, s)) << t;
     }
 }

@@ -48,9 +48,9 @@ void expect_result(Result r, uint8_t status, uint8_t additional)
     EXPECT_EQ(r.additional, additional);
 }
 
-ObjectStoreSpec quiet_spec()
+ObjectStoreConf quiet_conf()
 {
-    ObjectStoreSpec s;
+    ObjectStoreConf s;
     s.busy_every = 0;
     return s;
 }
@@ -59,7 +59,7 @@ ObjectStoreSpec quiet_spec()
 
 TEST(ObjectStore, FactoryTreeHoldsTheWellKnownObjectsWithContent)
 {
-    ObjectStore s(quiet_spec());
+    ObjectStore s(quiet_conf());
     uint32_t count = 0;
     std::vector<ObjectStore::Entry> entries;
     ASSERT_TRUE(s.list("/", 0, 0, entries, count).ok());
@@ -80,7 +80,7 @@ TEST(ObjectStore, FactoryTreeHoldsTheWellKnownObjectsWithContent)
     // The linked object reads as its target.
     EXPECT_EQ(read_all(s, "/prg/active.lnk"), read_all(s, "/prg/srb.prg"));
 
-    ObjectStoreSpec no_dump = quiet_spec();
+    ObjectStoreConf no_dump = quiet_conf();
     no_dump.dump = false;
     ObjectStore bare(no_dump);
     uint32_t got;
@@ -91,7 +91,7 @@ TEST(ObjectStore, FactoryTreeHoldsTheWellKnownObjectsWithContent)
 
 TEST(ObjectStore, ReadsByOffsetUpToTheEnd)
 {
-    ObjectStore s(quiet_spec());
+    ObjectStore s(quiet_conf());
     const auto whole = read_all(s, "/vpd/fc_bf.vpd");
     ASSERT_EQ(whole.size(), 512u);
     std::vector<uint8_t> buf(200);
@@ -116,7 +116,7 @@ TEST(ObjectStore, ReadsByOffsetUpToTheEnd)
 
 TEST(ObjectStore, AnObjectIsReplacedOnlyWhenItsEndOfFileLands)
 {
-    ObjectStore s(quiet_spec());
+    ObjectStore s(quiet_conf());
     const auto old = read_all(s, "/prg/wol.prg");
     const auto img = pattern(3000, 5);
     uint32_t taken = 0;
@@ -144,7 +144,7 @@ TEST(ObjectStore, AnObjectIsReplacedOnlyWhenItsEndOfFileLands)
 
 TEST(ObjectStore, NewObjectsAndFirmwareDownloads)
 {
-    ObjectStore s(quiet_spec());
+    ObjectStore s(quiet_conf());
     const auto img = pattern(64, 9);
     uint32_t taken = 0, count = 0;
     std::vector<ObjectStore::Entry> e;
@@ -162,9 +162,9 @@ TEST(ObjectStore, NewObjectsAndFirmwareDownloads)
 
 TEST(ObjectStore, TakesPartOfAWriteWhenBusyButNeverTheLast)
 {
-    ObjectStoreSpec spec = quiet_spec();
-    spec.busy_every = 2;
-    ObjectStore s(spec);
+    ObjectStoreConf conf = quiet_conf();
+    conf.busy_every = 2;
+    ObjectStore s(conf);
     const auto img = pattern(400, 1);
     uint32_t taken = 0;
     ASSERT_TRUE(s.write("/prg/x.grp", 0, std::span(img).first(100), false, taken).ok());
@@ -180,9 +180,9 @@ TEST(ObjectStore, TakesPartOfAWriteWhenBusyButNeverTheLast)
 
 TEST(ObjectStore, RefusalsCarryTheirStatus)
 {
-    ObjectStoreSpec spec = quiet_spec();
-    spec.capacity = 6u << 20;
-    ObjectStore s(spec);
+    ObjectStoreConf conf = quiet_conf();
+    conf.capacity = 6u << 20;
+    ObjectStore s(conf);
     const auto img = pattern(16, 3);
     uint32_t taken = 0;
     expect_result(s.write("/vpd/fc_pf.vpd", 0, img, true, taken), SLI4_STATUS_UNAUTHORIZED,
@@ -215,16 +215,16 @@ TEST(ObjectStore, AHostDirectoryKeepsTheStoreBetweenRuns)
 {
     const auto dir = std::filesystem::temp_directory_path() / ("kvd-store-" + std::to_string(getpid()));
     std::filesystem::remove_all(dir);
-    ObjectStoreSpec spec = quiet_spec();
-    spec.dir = dir.string();
+    ObjectStoreConf conf = quiet_conf();
+    conf.dir = dir.string();
     const auto img = pattern(128, 4);
     uint32_t taken = 0;
     {
-        ObjectStore s(spec);
+        ObjectStore s(conf);
         ASSERT_TRUE(s.write("/prg/kept.grp", 0, img, true, taken).ok());
         ASSERT_TRUE(s.remove("/dbg/dump.bin").ok());
     }
-    ObjectStore again(spec);
+    ObjectStore again(conf);
     EXPECT_EQ(read_all(again, "/prg/kept.grp"), img);
     uint32_t got;
     bool eof;
@@ -260,7 +260,7 @@ class FakeMemory final : public HostMemory
 };
 
 struct Rig {
-    BoardSpec cfg;
+    BoardConf cfg;
     Fleet fleet;
     FakeMemory mem;
     std::unique_ptr<Sli4Engine> engine;
@@ -507,7 +507,7 @@ TEST(Sli4Engine, TheMailboxFirmwareRoutesSli4ConfigOnSli4BoardsOnly)
     EXPECT_EQ(mb.mbxStatus, MBXERR_OK);
     EXPECT_EQ(Rig::response(mb).actual_response_length, 8u);
 
-    BoardSpec sli3 = rig.cfg;
+    BoardConf sli3 = rig.cfg;
     sli3.sli_mode = 3;
     Firmware old(sli3);
     mb = rig.embedded(SLI4_OPC_NOP, SLI4_SUBSYSTEM_COMMON, 8);

@@ -8,7 +8,7 @@
 namespace kvdsim
 {
 
-struct NpivSpec {
+struct NpivConf {
     bool driver_enable = true;        // the driver's NPIV-enable parameter
     bool fabric_support = true;       // the fabric's login accept offers NPIV
     uint32_t fabric_max_vports = 255; // NPIV logins the fabric takes on this port

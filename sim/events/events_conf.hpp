@@ -14,7 +14,7 @@ struct ScheduledRequest {
     std::string request; // a trigger request without the board number
 };
 
-struct EventsSpec {
+struct EventsConf {
     int32_t temperature = 40; // degrees Celsius at power-on
     int32_t warning = 75;     // threshold events at and above
     int32_t critical = 90;    // critical events at and above

@@ -5,7 +5,7 @@
 namespace kvdsim
 {
 
-struct DiagSpec {
+struct DiagConf {
     bool loopback_plug = false; // a loopback plug sits in the port: external loops echo
 };
 

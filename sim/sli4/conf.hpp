@@ -8,7 +8,7 @@
 namespace kvdsim
 {
 
-struct Sli4Spec {
+struct Sli4Conf {
     bool beacon = false;      // beacon LED on
     uint8_t dcbx_mode = 0;    // FCoE ports: 0 CEE, 1 CIN
     uint8_t temperature = 52; // die temperature, centigrade, around which it drifts
@@ -21,11 +21,11 @@ struct Sli4Spec {
 };
 
 class Section;
-struct BoardSpec;
+struct BoardConf;
 
-// Reads the board's "sli4" object, if any, into spec.sli4. Only SLI-4
+// Reads the board's "sli4" object, if any, into conf.sli4. Only SLI-4
 // boards may have one; "dump" and "store_dir" only boards with an object
 // store.
-void read_sli4_section(Section &board, BoardSpec &spec);
+void read_sli4_section(Section &board, BoardConf &conf);
 
 } // namespace kvdsim

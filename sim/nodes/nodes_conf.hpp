@@ -12,7 +12,7 @@
 namespace kvdsim
 {
 
-struct BindingSpec {
+struct BindingConf {
     uint32_t type = 2; // BIND_WWPN
     uint32_t scsi_id = 0;
     uint32_t did = 0;
@@ -21,10 +21,10 @@ struct BindingSpec {
     uint32_t flags = 0;
 };
 
-struct NodesSpec {
+struct NodesConf {
     bool evpd = true;                                         // false: the adapter holds no extended VPD
     std::string model_description, model, program_type, port; // empty: from the board
-    std::optional<std::vector<BindingSpec>> bindings;         // unset: one per mapped target
+    std::optional<std::vector<BindingConf>> bindings;         // unset: one per mapped target
 };
 
 } // namespace kvdsim

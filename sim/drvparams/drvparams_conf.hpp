@@ -11,14 +11,14 @@ namespace kvdsim
 {
 
 class Section;
-struct BoardSpec;
+struct BoardConf;
 
-struct DrvParamsSpec {
+struct DrvParamsConf {
     std::map<std::string, uint32_t> values;
 };
 
-// Reads the board's "drvparams" object into spec.drvparams. Runs after the
+// Reads the board's "drvparams" object into conf.drvparams. Runs after the
 // board's protocol is read: the parameters a board has follow it.
-void read_drvparams_section(Section &board, BoardSpec &spec);
+void read_drvparams_section(Section &board, BoardConf &conf);
 
 } // namespace kvdsim

@@ -15,9 +15,9 @@ namespace kvdsim
 {
 
 class Section;
-struct BoardSpec;
+struct BoardConf;
 
-struct AuthEntitySpec {
+struct AuthEntityConf {
     std::array<uint8_t, 8> wwpn{};
     std::string secret;      // answers the port's challenge (bidirectional)
     std::string peer_secret; // what the port must prove it knows
@@ -25,12 +25,12 @@ struct AuthEntitySpec {
     std::vector<uint8_t> dh_groups{0, 1, 2, 3, 4, 5};
 };
 
-struct AuthSpec {
-    std::vector<AuthEntitySpec> entities;
+struct AuthConf {
+    std::vector<AuthEntityConf> entities;
 };
 
-// Reads the board's "auth" object into spec.auth. Runs after the remote
+// Reads the board's "auth" object into conf.auth. Runs after the remote
 // ports are read: every entity must be one of them.
-void read_auth_section(Section &board, BoardSpec &spec);
+void read_auth_section(Section &board, BoardConf &conf);
 
 } // namespace kvdsim

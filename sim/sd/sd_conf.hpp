@@ -16,7 +16,7 @@ struct SdTraffic {
     uint32_t max_us = 150;
 };
 
-struct SdSpec {
+struct SdConf {
     uint32_t seed = 1;              // seeds every target's completion-time model
     std::vector<SdTraffic> traffic; // targets not listed get the defaults above
 };

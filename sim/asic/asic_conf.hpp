@@ -14,7 +14,7 @@ namespace kvdsim
 struct BoardReading;
 
 // One named log of the ASIC: a ring of fixed-size text entries.
-struct AsicLogSpec {
+struct AsicLogConf {
     std::string name;                 // at most 19 characters
     uint16_t capacity = 8;            // entries kept
     uint16_t entry_size = 48;         // bytes per entry, NUL included
@@ -22,7 +22,7 @@ struct AsicLogSpec {
 };
 
 // What a board's ASIC is at power-on (the fleet's "asic" object).
-struct AsicSpec {
+struct AsicConf {
     uint32_t fw_version = 0x02010400;
     uint32_t fw_type = TARVO_FW_TYPE_OPERATIONAL;
     bool maintenance = false;
@@ -42,7 +42,7 @@ struct AsicSpec {
     std::string sfp_serial = "MLT2611A0471";
     std::string sfp_date = "260311";
     uint32_t memory_size = 0x10000; // bytes of ASIC memory from address 0
-    std::vector<AsicLogSpec> logs = default_logs();
+    std::vector<AsicLogConf> logs = default_logs();
     // FCoE side: the fabric the FCFs belong to (the board's fabric name),
     // how many FCFs FIP discovery finds, the VLAN they answer on, the DCBX
     // version negotiated with the peer (0 pre-CEE .. 4) and the host PFC flag.
@@ -54,10 +54,10 @@ struct AsicSpec {
     // Diagnostic tests that fail (bit i for test i of the eight).
     uint32_t diag_failing = 0;
 
-    static std::vector<AsicLogSpec> default_logs();
+    static std::vector<AsicLogConf> default_logs();
 };
 
-// Reads the board's "asic" object into r.spec.asic; without one, the ASIC
+// Reads the board's "asic" object into r.conf.asic; without one, the ASIC
 // of a board that carries it gets the defaults above, its port addresses
 // taken from the board's port name.
 void read_asic_section(BoardReading &r);
