@@ -39,6 +39,9 @@ uint32_t stream_status();
 // Standard output to /dev/null and standard input from the reply stream, once.
 void quiet_shell();
 
+// True on the thread while it runs an input's command.
+bool in_input();
+
 // Runs words[input[0] % count] with the rest of the first line as its
 // arguments against the fuzz library, the remaining bytes being the stream.
 int run_shell(const char *const *words, size_t count, const uint8_t *data, size_t size);

@@ -86,6 +86,15 @@ void quiet_shell()
     setvbuf(stdin, nullptr, _IONBF, 0);
 }
 
+// Set while this thread runs an input: the library calls and sleeps of the
+// shell come from here, libFuzzer's own threads never set it.
+static thread_local bool t_in_input = false;
+
+bool in_input()
+{
+    return t_in_input;
+}
+
 int run_shell(const char *const *words, size_t count, const uint8_t *data, size_t size)
 {
     char buffer[KVD_CMDBUF_SIZE];
@@ -116,7 +125,9 @@ int run_shell(const char *const *words, size_t count, const uint8_t *data, size_
     prompt_to_continue = 0;
     kvd_pci_brds = kvd_bound_boards(KVD_InitDiagEnv(kvd_un.brdaddr, KVD_MAX_BOARDS));
     row = getcmd(buffer, KVD_CMDBUF_SIZE, 1);
+    t_in_input = true;
     (void)row->c_routine(row, NULL);
+    t_in_input = false;
     return 0;
 }
 

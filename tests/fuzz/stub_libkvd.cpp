@@ -4,8 +4,10 @@
 // and every count or length it hands back is taken from the stream
 // unbounded, as a faulty library might return it: bounding those is the
 // shell's job.
+#include <errno.h>
 #include <stddef.h>
 #include <string.h>
+#include <time.h>
 
 #include "libkvd.h"
 #include "kvdfuzz.h"
@@ -620,8 +622,15 @@ HBA_STATUS SendFcpCmd(uint32_t, HBA_WWN *, void *, uint32_t, void *data, uint32_
 } // extern "C"
 
 // Commands that wait for events to arrive (sd_all_events, sd_latency) would
-// sleep for seconds on every input: under the fuzzer no time passes.
-extern "C" unsigned int sleep(unsigned int)
+// sleep for seconds on every input: under the fuzzer no time passes for
+// them. Any other thread (libFuzzer's memory watcher sleeps a second between
+// checks) really sleeps, or it would spin on a core of its own.
+extern "C" unsigned int sleep(unsigned int seconds)
 {
+    if (kvdfuzz::in_input())
+        return 0;
+    struct timespec pause = {static_cast<time_t>(seconds), 0};
+    while (nanosleep(&pause, &pause) != 0 && errno == EINTR)
+        ;
     return 0;
 }
