@@ -42,6 +42,12 @@ void quiet_shell();
 // True on the thread while it runs an input's command.
 bool in_input();
 
+// A command's sleep: no time passes, but once the command has slept more
+// than kSleepLimit seconds in all (a measurement run of hours, which the
+// fuzzer would turn into a busy loop) it ends the way Ctrl-C ends it.
+constexpr unsigned long kSleepLimit = 3600;
+void pass_time(unsigned seconds);
+
 // Runs words[input[0] % count] with the rest of the first line as its
 // arguments against the fuzz library, the remaining bytes being the stream.
 int run_shell(const char *const *words, size_t count, const uint8_t *data, size_t size);

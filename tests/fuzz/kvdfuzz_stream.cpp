@@ -1,4 +1,5 @@
 // The reply stream and the shell driver of the fuzz targets.
+#include <setjmp.h>
 #include <stdio.h>
 #include <string.h>
 
@@ -89,10 +90,21 @@ void quiet_shell()
 // Set while this thread runs an input: the library calls and sleeps of the
 // shell come from here, libFuzzer's own threads never set it.
 static thread_local bool t_in_input = false;
+// The seconds the input's command has slept, and where the user's Ctrl-C
+// takes it once they pass the limit.
+static unsigned long g_slept;
+static jmp_buf g_interrupt;
 
 bool in_input()
 {
     return t_in_input;
+}
+
+void pass_time(unsigned seconds)
+{
+    g_slept += seconds;
+    if (g_slept > kSleepLimit)
+        longjmp(g_interrupt, 1);
 }
 
 int run_shell(const char *const *words, size_t count, const uint8_t *data, size_t size)
@@ -125,8 +137,12 @@ int run_shell(const char *const *words, size_t count, const uint8_t *data, size_
     prompt_to_continue = 0;
     kvd_pci_brds = kvd_bound_boards(KVD_InitDiagEnv(kvd_un.brdaddr, KVD_MAX_BOARDS));
     row = getcmd(buffer, KVD_CMDBUF_SIZE, 1);
-    t_in_input = true;
-    (void)row->c_routine(row, NULL);
+    g_slept = 0;
+    // The shell's code is plain C: no destructor is skipped by the jump.
+    if (setjmp(g_interrupt) == 0) {
+        t_in_input = true;
+        (void)row->c_routine(row, NULL);
+    }
     t_in_input = false;
     return 0;
 }

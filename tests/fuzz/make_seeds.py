@@ -78,6 +78,12 @@ def fixed_seeds():
         'fleet': [(ROOT / 'sim' / 'core' / 'default_fleet.json').read_bytes(),
                   b'{"boards": []}', b'{"boards": [{"model": "x"}]}', b'[', b'{"boards": [{"wwpn": 1}]}'],
     }
+    # The SD callback: one seed per kind the shell decodes (category and
+    # subcategory bits from its table), verbose, with a patterned record.
+    kinds = table_rows('app/kvd_sd.cpp', r'\{(0x[0-9a-f]+), "\w+", (0x[0-9a-f]+), "')
+    seeds['sd_callback'] = [bytes([1, 0, int(c, 16).bit_length() - 1, int(sc, 16).bit_length() - 1]) +
+                            struct.pack('<I', 0) + bytes(range(0x20, 0x28)) + struct.pack('<I', 0) +
+                            bytes(range(96)) for c, sc in kinds]
     for t, datas in seeds.items():
         out = HERE / 'corpus' / t
         out.mkdir(parents=True, exist_ok=True)

@@ -623,12 +623,14 @@ HBA_STATUS SendFcpCmd(uint32_t, HBA_WWN *, void *, uint32_t, void *data, uint32_
 
 // Commands that wait for events to arrive (sd_all_events, sd_latency) would
 // sleep for seconds on every input: under the fuzzer no time passes for
-// them. Any other thread (libFuzzer's memory watcher sleeps a second between
+// them, up to the limit of pass_time. Any other thread (libFuzzer's memory watcher sleeps a second between
 // checks) really sleeps, or it would spin on a core of its own.
 extern "C" unsigned int sleep(unsigned int seconds)
 {
-    if (kvdfuzz::in_input())
+    if (kvdfuzz::in_input()) {
+        kvdfuzz::pass_time(seconds);
         return 0;
+    }
     struct timespec pause = {static_cast<time_t>(seconds), 0};
     while (nanosleep(&pause, &pause) != 0 && errno == EINTR)
         ;
