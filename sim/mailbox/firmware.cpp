@@ -5,6 +5,7 @@
 // from the board number, never from a clock, so that transcripts of the
 // shell against a virtual fleet stay the same from run to run.
 #include "mailbox/firmware.hpp"
+#include "npiv/npiv.hpp"
 #include "port/port.hpp"
 #include "sli4/sli4_engine.hpp"
 
@@ -719,11 +720,15 @@ uint16_t Firmware::read_config(MailboxCommand &cmd)
     r.max_xri = kMaxXri;
     r.max_iocb = kMaxIocb;
     r.max_rpi = kMaxRpi;
-    r.avail_rpi = static_cast<uint16_t>(kMaxRpi - logins_.size());
+    // Virtual ports take a VPI each and an RPI for every login they hold.
+    const uint32_t vports = npiv_ ? static_cast<uint32_t>(npiv_->vports().size()) : 0;
+    const uint32_t vport_rpis = npiv_ ? npiv_->vport_rpis() : 0;
+    const uint32_t rpis = static_cast<uint32_t>(logins_.size()) + vport_rpis;
+    r.avail_rpi = static_cast<uint16_t>(rpis < kMaxRpi ? kMaxRpi - rpis : 0);
     r.avail_xri = static_cast<uint16_t>(kMaxXri - exchanges().size());
     const uint16_t vpis = static_cast<uint16_t>(std::min<uint32_t>(cfg_.npiv_max_vports, 0xFFFF));
     r.max_vpi = vpis;
-    r.avail_vpi = vpis;
+    r.avail_vpi = static_cast<uint16_t>(vports < vpis ? vpis - vports : 0);
     store(mb, r);
     return MBXERR_OK;
 }

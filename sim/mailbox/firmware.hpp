@@ -49,6 +49,7 @@ class Firmware;
 class Sli4Engine;
 class PciEngine;
 class Port;
+class Npiv;
 
 // One mailbox command as a handler sees it: the record (a private copy,
 // words not handed over read as zero), host memory for the buffer
@@ -139,6 +140,13 @@ class Firmware
     void attach_port(const Port *port)
     {
         port_gate_ = port;
+    }
+
+    // READ_CONFIG counts the VPIs and the RPIs the driver's virtual ports
+    // hold (none: every VPI is free).
+    void attach_npiv(const Npiv *npiv)
+    {
+        npiv_ = npiv;
     }
 
     // Link timers as CONFIG_LINK stores them (milliseconds).
@@ -278,6 +286,7 @@ class Firmware
     Sli4Engine *sli4_ = nullptr;
     PciEngine *pci_ = nullptr;
     const Port *port_gate_ = nullptr;
+    const Npiv *npiv_ = nullptr;
 };
 
 } // namespace kvdsim

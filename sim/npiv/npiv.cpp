@@ -290,12 +290,17 @@ std::vector<NODEINFO> Npiv::seen_by(const Vport &v) const
     return out;
 }
 
-uint32_t Npiv::rpis_in_use(bool link_up) const
+uint32_t Npiv::vport_rpis() const
 {
-    size_t n = seen_by_board(link_up).size();
+    size_t n = 0;
     for (const Vport &v : vports_)
         n += seen_by(v).size();
     return static_cast<uint32_t>(n);
+}
+
+uint32_t Npiv::rpis_in_use(bool link_up) const
+{
+    return static_cast<uint32_t>(seen_by_board(link_up).size()) + vport_rpis();
 }
 
 } // namespace kvdsim

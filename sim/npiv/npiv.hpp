@@ -85,6 +85,8 @@ class Npiv
     std::vector<NODEINFO> seen_by(const Vport &v) const;
     // Logins (RPIs) the port and its virtual ports hold.
     uint32_t rpis_in_use(bool link_up) const;
+    // Those the virtual ports hold.
+    uint32_t vport_rpis() const;
 
     // The names the driver chooses for virtual port number `serial` of
     // board `board`: NAA 2 under the driver's own prefix.
