@@ -1,6 +1,5 @@
-The tarvo family: the Tarvo ASIC of converged boards (board 1) through
-KVD_SendTarvoCommand. `sent OFF LEN [NAME]` cuts bytes out of the last record
-the ASIC received; `calls` counts exchanges.
+The tarvo family: the Tarvo ASIC (board 1) through KVD_SendTarvoCommand.
+`sent OFF LEN [NAME]` cuts bytes out of the last record sent; `calls` counts.
 
   $ export KVD_SIM_TRACE=$PWD/trace
   $ sent() { grep "^KVD_SendTarvoCommand(.*command=${3:-}" trace | tail -1 | sed 's/.* in=\([0-9a-f]*\).*/\1/' | cut -c$(($1 * 2 + 1))-$(($1 * 2 + $2 * 2)); }
@@ -50,9 +49,6 @@ init sets credit and frame size; getinit reads (their last lines differ).
   
           bb_credit  - Tarvo/Pelmir FC buffer-to-buffer credit.
           frame_size - Tarvo/Pelmir FC frame size.
-  
-  $ kvd -b 1 -c 'tarvo getinit x'
-  Usage: tarvo getinit
   
   $ calls
   0
@@ -183,9 +179,6 @@ The optical module's two pages, four words a line.
     f0: 0x00000000  0x00000000  0x00000000  0x00000000  
   $ sent 0 12
   160000000000000004020000
-  $ kvd -b 1 -c 'tarvo getsfp 1'
-  Usage: tarvo getsfp
-  
 
 FCoE frame formats: any nonzero set below 0x20000.
 
@@ -215,13 +208,15 @@ FCoE frame formats: any nonzero set below 0x20000.
   
   $ kvd -b 1 -c 'tarvo setfcoefmt 0' | cmp - fmt.out
   $ kvd -b 1 -c 'tarvo setfcoefmt' | cmp - fmt.out
-  $ printf 'set board 1\ntarvo setfcoefmt 0x10004\ntarvo getcfg\ntarvo logdata 1\nquit\n' | kvd | grep 'FCoE Format\|fcoe:'
+  $ printf 'set board 1\ntarvo setfcoefmt 0x10004\ntarvo getcfg\ntarvo logdata 1\nquit\n' | kvd | grep 'FCoE Format\|fip:\|fcoe:'
              FCoE Format: x10004
      Current FCoE Format: x10004
    Supported FCoE Format: x1ffff
+  0: fip: vlan 1002 discovered
+  1: fip: fcf login accepted
   2: fcoe: frame formats 10004
 
-ASIC memory: whole words, at most 256 bytes a read; the first read-only.
+ASIC memory: whole words, 256 bytes a read at most; the first words read-only.
 
   $ kvd -b 1 -c 'tarvo rdmem 0x3 10'
   
@@ -263,13 +258,17 @@ ASIC memory: whole words, at most 256 bytes a read; the first read-only.
               length  - Number of bytes to read. (4 byte aligned)
   
 
-Word counts of the readers: the usage, nothing sent.
+Every reader given a word too many or too few: the usage, nothing sent.
 
   $ : > trace
-  $ for c in 'getfru 0' 'getcfg 0' 'asicstat 0' 'lifstat' 'portstat'; do kvd -b 1 -c "tarvo $c"; done
+  $ for c in 'getinit x' 'getfru 0' 'getcfg 0' 'getsfp 1' 'asicstat 0' lifstat portstat 'logcfg now' 'paniclog all' 'getftbl all' 'getfcflist 0' 'getetspg 0' 'getHostEthPfcFlg 1' 'getDcbxMode 1'; do kvd -b 1 -c "tarvo $c"; done
+  Usage: tarvo getinit
+  
   Usage: tarvo getfru
   
   Usage: tarvo getcfg
+  
+  Usage: tarvo getsfp
   
   Usage: tarvo asicstat
   
@@ -277,6 +276,18 @@ Word counts of the readers: the usage, nothing sent.
   
   Usage: tarvo portstat <port>
   
+  Usage: tarvo logcfg
+  
+  Usage: tarvo paniclog
+  
+  Usage: tarvo getftbl
+  
+  Usage: tarvo getfcflist
+  
+  Usage: tarvo getetspg
+  
+  Usage: tarvo getHostEthPfcFlg
+  Usage: tarvo getdcbxmode
   $ calls
   0
 

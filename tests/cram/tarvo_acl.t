@@ -1,6 +1,5 @@
-Fabric access lists and virtual links (board 1; its fabric and principal
-switch are 10:00:06:4b:51:f2:00:01). `sent OFF LEN [NAME]` cuts bytes out
-of the last record; `calls` counts exchanges.
+Access lists and virtual links (board 1; fabric 10:00:06:4b:51:f2:00:01).
+`sent OFF LEN [NAME]` cuts bytes out of the last record sent; `calls` counts.
 
   $ export KVD_SIM_TRACE=$PWD/trace
   $ sent() { grep "^KVD_SendTarvoCommand(.*command=${3:-}" trace | tail -1 | sed 's/.* in=\([0-9a-f]*\).*/\1/' | cut -c$(($1 * 2 + 1))-$(($1 * 2 + $2 * 2)); }

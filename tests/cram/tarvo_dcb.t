@@ -1,6 +1,5 @@
-The ASIC's DCB settings (board 1): ETS priority groups, host PFC flag, DCBX
-mode. `sent OFF LEN [NAME]` cuts bytes out of the last record; `calls`
-counts exchanges.
+The ASIC's DCB settings (board 1): ETS groups, host PFC flag, DCBX mode.
+`sent OFF LEN [NAME]` cuts bytes out of the last record sent; `calls` counts.
 
   $ export KVD_SIM_TRACE=$PWD/trace
   $ sent() { grep "^KVD_SendTarvoCommand(.*command=${3:-}" trace | tail -1 | sed 's/.* in=\([0-9a-f]*\).*/\1/' | cut -c$(($1 * 2 + 1))-$(($1 * 2 + $2 * 2)); }
@@ -8,9 +7,6 @@ counts exchanges.
 
 Usage texts (the words not always the table's); nothing is sent.
 
-  $ kvd -b 1 -c 'tarvo getetspg 0'
-  Usage: tarvo getetspg
-  
   $ kvd -b 1 -c 'tarvo setetspg 1 2'
   Usage: tarvo setetspg <pg_idx> <pg_id_bit_map> <pg_bw>
   
@@ -19,10 +15,6 @@ Usage texts (the words not always the table's); nothing is sent.
   $ kvd -b 1 -c 'tarvo setHostEthPfcFlg'
   Usage: tarvo setHostEthPfcFlg
   
-  $ kvd -b 1 -c 'tarvo getHostEthPfcFlg 1'
-  Usage: tarvo getHostEthPfcFlg
-  $ kvd -b 1 -c 'tarvo getDcbxMode 1'
-  Usage: tarvo getdcbxmode
   $ kvd -b 1 -c 'tarvo getdcbxmode' | head -1
   Invalid command: getdcbxmode   supported commands include:
   $ calls

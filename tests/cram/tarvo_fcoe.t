@@ -1,6 +1,5 @@
-FCoE parameters of the ASIC's logical ports and the FCFs FIP found (board
-1). `sent OFF LEN [NAME]` cuts bytes out of the last record the ASIC
-received; `calls` counts the exchanges.
+FCoE parameters of the ASIC's logical ports and the FCFs FIP found (board 1).
+`sent OFF LEN [NAME]` cuts bytes out of the last record sent; `calls` counts.
 
   $ export KVD_SIM_TRACE=$PWD/trace
   $ sent() { grep "^KVD_SendTarvoCommand(.*command=${3:-}" trace | tail -1 | sed 's/.* in=\([0-9a-f]*\).*/\1/' | cut -c$(($1 * 2 + 1))-$(($1 * 2 + $2 * 2)); }
@@ -25,9 +24,6 @@ setfcoeparams: mode 0 or 1, FIP with at least seven arguments; nothing sent.
   Usage: tarvo setfcoparams  <fcoe mode 1=FIP > <lport_id> <switch wwpn> <fabric wwpn> <supported addr mode> <pref addr mode> <discov TMO> <vlan_id0> <vlan_id1> <vlan_id2> <vlan_id3>
   $ kvd -b 1 -c 'tarvo getfcoeparams'
   Usage: tarvo getfcoeparams <logical port id>
-  
-  $ kvd -b 1 -c 'tarvo getfcflist 0'
-  Usage: tarvo getfcflist
   
   $ calls
   0

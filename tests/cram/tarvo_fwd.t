@@ -26,9 +26,6 @@ Usage: five words exactly, the action one of -f, -F, -d, -D; nothing sent.
               did        - FC Device id of entry.
               wwpn       - FC WWPN of entry.
   
-  $ kvd -b 1 -c 'tarvo getftbl all'
-  Usage: tarvo getftbl
-  
   $ calls
   0
 
@@ -53,7 +50,7 @@ The device id keeps its low 24 bits, the WWPN goes as typed; empty table.
 
 Entries read back; the same key changes its entry; a missing key is 9.
 
-  $ printf 'set board 1\ntarvo fteins -f 0x12345678 20:00:00:11:22:33:44:55\ntarvo fteins -d 0x010203 2000001122334466\ntarvo fteins -d 0x345678 2000001122334455\ntarvo fteins -f 0x20304 2000001122334488\ntarvo getftbl\ntarvo ftedel 0x345678 20:00:00:11:22:33:44:55\ntarvo ftedel 0x345678 20:00:00:11:22:33:44:55\ntarvo getftbl\nquit\n' | kvd | sed -n '/^cmd>/,$p' | sed '/code=9/,${/WWPN/!{/^ \|^-/d}}' | sed '/^Entry [12]:/,/^$/{/Type\|Tag\|Mask/d}'
+  $ printf 'set board 1\ntarvo fteins -f 0x12345678 20:00:00:11:22:33:44:55\ntarvo fteins -d 0x010203 2000001122334466\ntarvo fteins -d 0x345678 2000001122334455\ntarvo fteins -f 0x20304 2000001122334488\ntarvo getftbl\ntarvo ftedel 0x345678 20:00:00:11:22:33:44:55\ntarvo ftedel 0x345678 20:00:00:11:22:33:44:55\ntarvo getftbl\nquit\n' | kvd | sed -n '/^cmd>/,$p' | sed '/code=9/,${/WWPN\|Flags/!{/^ \|^-/d}}' | sed '/^Entry [12]:/,/^$/{/Type\|Tag\|Mask/d}'
   cmd> cmd> Done.
   
   cmd> Done.
@@ -93,9 +90,11 @@ Entries read back; the same key changes its entry; a missing key is 9.
   
   cmd> Tarvo command error. code=9.
   cmd> Entry 1:
+              Flags: 0x8001
                WWPN: 2000001122334466
   
   Entry 2:
+              Flags: 0x8000
                WWPN: 2000001122334488
   
   

@@ -27,9 +27,6 @@ Four logs need 120 bytes of descriptions, more than the configuration's 96.
   $ exchanges 2
   08 00 60000000 96
   0c 00 78000000 120
-  $ kvd -b 1 -c 'tarvo logcfg now'
-  Usage: tarvo logcfg
-  
 
 Three logs fit in 92 bytes: no notice, and only that much is offered.
 
@@ -143,8 +140,5 @@ paniclog: no record, then one after an exception with registers and log.
   $ exchanges 2
   08 00 60000000 96
   0e 00 60010000 352
-  $ kvd -b 1 -c 'tarvo paniclog all'
-  Usage: tarvo paniclog
-  
   $ KVD_SIM_FAULT=asic:GET_PANIC_LOG=3 kvd -b 1 -c 'tarvo paniclog'
   Tarvo command error. code=3.

@@ -204,8 +204,7 @@ again with the size the ASIC answers with 7.
      8: Success: fc port 3 loopback
   
   cmd>  (no-eol)
-  $ grep -o '^KVD_SendTarvoCommand(.*) = [0-9]* command=[A-Z_]*' trace | tail -9
-  KVD_SendTarvoCommand(board=1, cmd_len=12, rsp_len=32) = 0 command=GET_INIT
+  $ grep -o '^KVD_SendTarvoCommand(.*) = [0-9]* command=[A-Z_]*' trace | tail -8
   KVD_SendTarvoCommand(board=1, cmd_len=12, rsp_len=2048) = 0 command=GET_DIAG_LOG
   KVD_SendTarvoCommand(board=1, cmd_len=8, rsp_len=4) = 0 command=DIAG
   KVD_SendTarvoCommand(board=1, cmd_len=8, rsp_len=4) = 0 command=RESET
@@ -252,7 +251,9 @@ again with the size the ASIC answers with 7.
 A fleet may make tests fail (bit i for test i + 1); all eight: no log (9).
 
   $ printf '{"boards":[{"board":0,"wwpn":"10:00:06:4b:51:b4:02:00","protocol":"fcoe","asic":{"diag_failing":"0x30"}}]}' > fail.json
-  $ printf 'tarvo diag 1\ntarvo getdlog\ntarvo getdlog\nquit\n' | KVD_SIM_FLEET=fail.json kvd | grep 'summary\|Failed:'
+  $ printf 'tarvo diag 1\ntarvo getdlog\ntarvo getdlog\nquit\n' | KVD_SIM_FLEET=fail.json kvd | grep 'count\|summary\|Failed:'
+    Requested loop count: 1
+    Completed loop count: 1
             Test summary: Failed.
      5:  Failed: port 0 mac loopback
      6:  Failed: port 1 mac loopback
@@ -280,13 +281,15 @@ diag's other answers; a second 7 from getdlog is not asked again.
 
 The forced panic, as the panic log and getinit report it.
 
-  $ printf 'set board 1\ntarvo init 8 1024\ntarvo panic\ntarvo paniclog\ntarvo getinit\nquit\n' | kvd | grep 'Present\|Panic\|32: init\|32: panic\|Reset'
+  $ printf 'set board 1\ntarvo init 8 1024\ntarvo panic\ntarvo paniclog\ntarvo getinit\nquit\n' | kvd | grep 'BB_credit\|Present\|Panic\|32: init\|32: panic\|Reset'
+  cmd> cmd>          BB_credit: 8
         Reset Status: normal
   cmd>       Log Present: Yes
          Panic type: Solicited
   Panic Log: 5 Entries: Head 4 Entry size 48
   32: init: bb_credit 8 frame_size 1024
   32: panic: solicited by host
+  cmd>          BB_credit: 8
         Reset Status: panic
   $ KVD_SIM_FAULT=asic:PANIC=1 kvd -b 1 -c 'tarvo panic'
   Tarvo command error. code=1.
