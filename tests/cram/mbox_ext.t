@@ -1,7 +1,5 @@
 The memory-dump, configuration-region, event-log, variable and
-port-capability rows of the mbox family. Each line of a transcript that
-needs state read back runs in one session, so the virtual adapters keep
-what the earlier commands changed.
+port-capability rows of the mbox family; state read back within one run.
 
   $ export KVD_SIM_TRACE=$PWD/trace
   $ bytes() { grep "^$1(" trace | tail -1 | sed 's/.* in=\([0-9a-f]*\).*/\1/' | cut -c$(($2 * 2 + 1))-$(($2 * 2 + $3 * 2)); }
@@ -23,8 +21,7 @@ Port capabilities come back through the V2 call over the whole record.
   port type         FCoE
   media             copper
 
-A firmware variable answers the value it replaced; the firmware holds
-sixteen (0 to 15).
+A firmware variable answers the value it replaced; sixteen (0 to 15).
 
   $ printf '15\nabcd\n15\n7\n16\n1\n' | kvd -c 'mbox setvar' -c 'mbox setvar' -c 'mbox setvar'
   variable: value (hex): Command: 0x21  Status: 0x0
@@ -35,13 +32,8 @@ sixteen (0 to 15).
   $ bytes KVD_IssueMboxWithRetry 0 12
   002100001000000001000000
 
-The event log: power-on link up is the first entry; written entries get the
-next sequence numbers and read back oldest first.
+The event log: power-on link up first, written entries next, oldest first.
 
-  $ kvd -c 'mbox rdevtlog'
-  Command: 0x37  Status: 0x0
-  entries 1 of 32  next sequence 2  lost 0
-     0: seq 1  code x00000001  data x00000002
   $ printf 'c0de\n1234\n' | kvd -c 'mbox wrevtlog' -c 'mbox downlink' -c 'mbox rdevtlog'
   event code (hex): event data (hex): Command: 0x39  Status: 0x0
   sequence 2
@@ -54,8 +46,7 @@ next sequence numbers and read back oldest first.
   $ bytes KVD_IssueMboxWithRetry 0 8
   0038000002000000
 
-The log holds 32 entries; older ones give way and are counted lost. The
-listing pages by num_lines entries.
+The log holds 32 entries, older ones counted lost; pages by num_lines.
 
   $ for i in $(seq 1 40); do printf 'mbox wrevtlog\n%x\n%x\n' $i $i; done > many
   $ printf 'mbox rdevtlog\n\n\nquit\n' >> many
@@ -72,8 +63,7 @@ listing pages by num_lines entries.
    Hit <CR> to continue (x to abort): 
   cmd>  (no-eol)
 
-Adapter memory: up to 64 words through the plain call (32 words in, 128
-out), larger windows through the V2 call with the data behind the record.
+Adapter memory: up to 64 words through the plain call, more through V2.
 
   $ printf '0\n8\n' | kvd -c 'wslim 0x10 6 0x5a' -c 'mbox dmpmem'
   offset (hex): words: Command: 0x17  Status: 0x0
@@ -114,8 +104,7 @@ out), larger windows through the V2 call with the data behind the record.
   $ printf '0\n8\n' | kvd -c 'mbox dmpmem 3'
   offset (hex): words: IssueMbox error 2
 
-Configuration regions: dmpmem_ext reads a whole region, dmpmem3_ext a
-window of one, both through the region-read call.
+Configuration regions, whole or a window, through the region-read call.
 
   $ printf '14\n' | kvd -c 'set lines 0' -c 'mbox dmpmem_ext' | head -4
   region: Command: 0x17  Status: 0x0
@@ -136,9 +125,7 @@ window of one, both through the region-read call.
   $ printf '99\n' | kvd -c 'mbox dmpmem_ext'
   region: IssueMbox error 2
 
-Region writes: a byte fill through the region-write call, typed words
-through the configuration update (whole words only), and a restore. What
-was written reads back until restored; a write never grows the region.
+Region writes (bytes, words, restore) read back; no write grows a region.
 
   $ printf '0\n56\n4\nab\n0\n56\n4\n' | kvd -c 'mbox udtcfg_ext' -c 'mbox dmpmem3_ext'
   region: offset: length: value (hex): Status: 0x0

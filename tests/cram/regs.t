@@ -1,14 +1,11 @@
-PCI configuration space, host registers, control registers, adapter memory
-and the board environment, on the default fleet: board 0 native FC (SLI-3),
-board 1 FCoE, board 2 SLI-4. The call trace shows what reached the library.
+Registers, memory and environments on the default fleet: board 0 FC
+(SLI-3), board 1 FCoE, board 2 SLI-4.
 
   $ export KVD_SIM_TRACE=$PWD/trace
   $ calls() { grep -c "^$1(" trace || :; }
+  $ session() { printf '%s\n' "$@" quit | kvd 2>&1 | grep -v '^cmd> $' | sed -n '/^cmd>/,$p'; }
 
-The whole configuration space: identity, a Fibre Channel controller's class
-code, 64-bit BARs at the board's memory and register bases, the expansion ROM
-at its flash base, and the capabilities list at 0x40 (power management, then
-MSI-X at 0x50, then PCI Express at 0x60). Extra words are ignored.
+The whole configuration space; extra words are ignored.
 
   $ kvd -c 'rdallpci extra words'
   
@@ -33,8 +30,7 @@ MSI-X at 0x50, then PCI Express at 0x60). Extra words are ignored.
     10: 0xc7e00004  0x00000000  0xc7f00004  0x00000000  
     20: 0x00000000  0x00000000  0x00000000  0xf4042c71  
 
-rdpci labels its rows from the offset; a partial word counts as a whole one
-and shows what the library left of it.
+rdpci labels rows from the offset; a partial word counts as whole.
 
   $ kvd -c 'rdpci 0x10 16'
   
@@ -51,8 +47,7 @@ and shows what the library left of it.
   
      8: 0x0c040002  
 
-At the shell's 1024-byte buffer the count goes to the library, which refuses
-a range past the 256 bytes; one byte more is refused by the shell itself.
+Up to 1024 bytes go to the library (which takes 256); more is the usage.
 
   $ kvd -c 'rdpci 0 1024'
   Cannot issue command
@@ -66,44 +61,14 @@ a range past the 256 bytes; one byte more is refused by the shell itself.
   Cannot issue command
   [252]
   $ : > trace
-  $ kvd -c 'rdpci 0 1025'
-  Usage: rdpci offset count
-  [247]
-  $ kvd -c 'rdpci 0'
-  Usage: rdpci offset count
-  [247]
-  $ kvd -c 'rdpci 0 4 8'
-  Usage: rdpci offset count
-  [247]
+  $ for a in '0 1025' 0 '0 4 8'; do kvd -c "rdpci $a"; echo "[$?]"; done | paste -d ' ' - - | uniq -c
+        3 Usage: rdpci offset count [247]
   $ calls KVD_ReadPciCfg
   0
 
-Writes: read-only fields keep their value, BARs answer the sizing write with
-their size, the command register takes its writable bits, status error bits
-clear when written with ones (the device sets them: see the forced dump
-below). Memory decoding off: registers read all ones.
+Writes: read-only fields, BAR sizing, command and status bits.
 
-  $ kvd <<'EOF' 2>&1 | grep -v '^cmd> $' | sed -n '/^cmd>/,$p'
-  > wrpci 0 0x12345678
-  > rdpci 0 4
-  > wrpci 0x10 0xffffffff
-  > wrpci 0x18 0xffffffff
-  > wrpci 0x20 0xffffffff
-  > wrpci 0x30 0xffffffff
-  > rdpci 0x10 36
-  > wrpci 0x10 0xfbf80000
-  > rdpci 0x10 4
-  > wrpci 4 0xffffffff
-  > rdpci 4 4
-  > wrpci 4 0xf9000000
-  > rdpci 4 4
-  > wrpci 4 0
-  > rdha
-  > rffreg 0x20
-  > wrpci 4 0x146
-  > rdhs
-  > quit
-  > EOF
+  $ session 'wrpci 0 0x12345678' 'rdpci 0 4' 'wrpci 0x10 0xffffffff' 'wrpci 0x18 0xffffffff' 'wrpci 0x20 0xffffffff' 'wrpci 0x30 0xffffffff' 'rdpci 0x10 36' 'wrpci 0x10 0xfbf80000' 'rdpci 0x10 4' 'wrpci 4 0xffffffff' 'rdpci 4 4' 'wrpci 4 0xf9000000' 'rdpci 4 4' 'wrpci 4 0' rdha 'rffreg 0x20' 'wrpci 4 0x146' rdhs
   cmd> cmd> 
      0: 0xf3002c71  
   cmd> cmd> cmd> cmd> cmd> 
@@ -119,9 +84,6 @@ below). Memory decoding off: registers read all ones.
   cmd> cmd> 0xffffffff
   cmd> 0xffffffff
   cmd> cmd> 0xc00000
-  $ kvd -c 'wrpci 0x102 1'
-  Cannot issue command
-  [252]
   $ kvd -c 'wrpci 0x100 1'
   Cannot issue command
   [252]
@@ -131,56 +93,29 @@ below). Memory decoding off: registers read all ones.
   $ grep '^WritePciCfg' trace | tail -1
   WritePciCfg(board=0, offset=0x100, count=4) = 22
 
-The host registers. HS shows the firmware ready and the mailbox ready; HC
-the interrupts the driver enabled. A write re-reads through the read
-command: HS is read-only, HC keeps its defined bits.
+Host registers; writes re-read: HS is read-only, HC keeps its defined bits.
 
   $ kvd -c 'rdha extra'; kvd -c rdca; kvd -c rdhs; kvd -c rdhc
   0x0
   0x0
   0xc00000
   0xe0000007
-  $ kvd -c 'wrhc 0x1'
+  $ kvd -c 'wrhc 0x1'; kvd -c 'wrhs 0'; kvd -c 'wrhc 0xffffffff'
   0x1
-  $ kvd -c 'wrhs 0'
   0xc00000
-  $ kvd -c 'wrhc 0xffffffff'
   0xe000000f
-  $ kvd -c 'wrha'
-  Usage: wrha value
-  [247]
-  $ kvd -c 'wrca 1 2'
-  Usage: wrca value
-  [247]
-  $ kvd -c 'wrhs'
-  Usage: wrhs value
-  [247]
-  $ kvd -c 'wrhc'
-  Usage: wrhc value
-  [247]
+  $ for c in wrha 'wrca 1 2' wrhs wrhc; do kvd -c "$c"; echo "[$?]"; done | paste -d ' ' - -
+  Usage: wrha value [247]
+  Usage: wrca value [247]
+  Usage: wrhs value [247]
+  Usage: wrhc value [247]
   $ grep -o '^\(Read\|Write\)CtlReg(board=0, offset=0xc) = 0' trace | tail -2
   WriteCtlReg(board=0, offset=0xc) = 0
   ReadCtlReg(board=0, offset=0xc) = 0
 
-Link attention: the link goes down and up; HA shows it until cleared by a
-write of ones. A mailbox posted in SLIM (READ_REV, command 0x11) runs when
-CA's mailbox bit is written and raises HA's mailbox attention.
+Link attention in HA until cleared; a mailbox posted in SLIM runs on CA.
 
-  $ kvd <<'EOF' 2>&1 | grep -v '^cmd> $' | sed -n '/^cmd>/,$p'
-  > rdha
-  > mbox downlink
-  > mbox initlink
-  > 0
-  > rdha
-  > wrha 0x40000000
-  > wslim 0 256 0
-  > wslim 1 1 0x11
-  > wrca 0x80000000
-  > wrha 0
-  > dumpreg 2
-  > wrha 0x80000000
-  > quit
-  > EOF
+  $ session rdha 'mbox downlink' 'mbox initlink' 0 rdha 'wrha 0x40000000' 'wslim 0 256 0' 'wslim 1 1 0x11' 'wrca 0x80000000' 'wrha 0' 'dumpreg 2' 'wrha 0x80000000' | grep -v '\(00000000  \)\{4\}'
   cmd> 0x0
   cmd> Command: 0x6  Status: 0x0
   cmd> link flags: Command: 0x5  Status: 0x0
@@ -192,41 +127,11 @@ CA's mailbox bit is written and raises HA's mailbox attention.
   
      0: 00110000  00000050  02000000  010100f3  .......P........
     10: 04a01002  01000000  09200103  00000000  ......... ......
-    20: 00000000  00000000  00000000  00000000  ................
-    30: 00000000  00000000  00000000  00000000  ................
-    40: 00000000  00000000  00000000  00000000  ................
-    50: 00000000  00000000  00000000  00000000  ................
-    60: 00000000  00000000  00000000  00000000  ................
-    70: 00000000  00000000  00000000  00000000  ................
-    80: 00000000  00000000  00000000  00000000  ................
-    90: 00000000  00000000  00000000  00000000  ................
-    a0: 00000000  00000000  00000000  00000000  ................
-    b0: 00000000  00000000  00000000  00000000  ................
-    c0: 00000000  00000000  00000000  00000000  ................
-    d0: 00000000  00000000  00000000  00000000  ................
-    e0: 00000000  00000000  00000000  00000000  ................
-    f0: 00000000  00000000  00000000  00000000  ................
   cmd> 0x0
 
-Control registers by offset: the bus interface revision is read-only, the
-MSI-X vectors start masked and keep only their mask bit, other offsets hold
-what is written. Unaligned offsets and offsets past the 4 KiB register space
-are refused by the library.
+Control registers: read-only, masked MSI-X, plain; past 4 KiB is refused.
 
-  $ kvd <<'EOF' 2>&1 | grep -v '^cmd> $' | sed -n '/^cmd>/,$p'
-  > rffreg 0x10
-  > wffreg 0x10 5
-  > rffreg 0x10
-  > rffreg 0x80c
-  > wffreg 0x80c 0xfffffffe
-  > rffreg 0x80c
-  > wffreg 0x40 0xdeadbeef
-  > rffreg 0x40
-  > rffreg 0xffc
-  > rffreg 0x1000
-  > rffreg 2
-  > quit
-  > EOF
+  $ session 'rffreg 0x10' 'wffreg 0x10 5' 'rffreg 0x10' 'rffreg 0x80c' 'wffreg 0x80c 0xfffffffe' 'rffreg 0x80c' 'wffreg 0x40 0xdeadbeef' 'rffreg 0x40' 'rffreg 0xffc' 'rffreg 0x1000' 'rffreg 2'
   cmd> 0x00000002
   cmd> cmd> 0x00000002
   cmd> 0x00000001
@@ -241,8 +146,7 @@ are refused by the library.
   Usage: wffreg offset value
   [247]
 
-wslim fills the data area and writes it to adapter memory: up to the 64 KiB
-area is passed on, beyond it is refused; adapter memory itself is 256 KiB.
+wslim: up to the 64 KiB data area; adapter memory is 256 KiB.
 
   $ kvd -c 'wslim 0 65536 0x1a5'
   $ grep -o '^WriteMem([^)]*) = 0' trace | tail -1
@@ -254,47 +158,15 @@ area is passed on, beyond it is refused; adapter memory itself is 256 KiB.
   Cannot issue command
   [252]
   $ : > trace
-  $ kvd -c 'wslim 0 65537 1'
-  Usage: wslim offset count value
-  [247]
-  $ kvd -c 'wslim 0 1'
-  Usage: wslim offset count value
-  [247]
+  $ for a in '0 65537 1' '0 1'; do kvd -c "wslim $a"; echo "[$?]"; done | paste -d ' ' - - | uniq -c
+        2 Usage: wslim offset count value [247]
   $ calls WriteMem
   0
 
-The dump environment of one board. Offline, the mailbox is not ready and
-commands find it busy. A forced dump stops the firmware: HS shows it, HA
-raises error attention, the device signals a system error in its PCI status
-(cleared by writing a one), and the dump's header can be read back until a
-warm start, which also bounces the link (two events for refresh). Flags up
-to 5 reach the library (this library knows 0 to 4); 6 and above get the
-usage text.
+The dump environment: offline is busy, a forced dump stops the firmware
+until a warm start. Flags up to 5 reach the library.
 
-  $ kvd <<'EOF' 2>&1 | grep -v '^cmd> $' | sed -n '/^cmd>/,$p'
-  > sdump 0
-  > sdump 2
-  > sdump 0
-  > rdhs
-  > mbox rdrev
-  > sdump 1
-  > rdhs
-  > sdump 4
-  > sdump 0
-  > rdhs
-  > rdha
-  > rdpci 4 4
-  > wrpci 4 0x40000146
-  > rdpci 4 4
-  > mbox rdrev
-  > dumpreg 4
-  > sdump 3
-  > sdump 0
-  > rdhs
-  > dumpreg 4
-  > refresh
-  > quit
-  > EOF
+  $ session 'sdump 0' 'sdump 2' 'sdump 0' rdhs 'mbox rdrev' 'sdump 1' rdhs 'sdump 4' 'sdump 0' rdhs rdha 'rdpci 4 4' 'wrpci 4 0x40000146' 'rdpci 4 4' 'mbox rdrev' 'dumpreg 4' 'sdump 3' 'sdump 0' rdhs 'dumpreg 4' refresh
   cmd> Online Mode
   cmd> Offline Mode
   cmd> Offline Mode
@@ -330,16 +202,12 @@ usage text.
   Usage: sdump flag
   flag:  0x0  Show  0x1 Online  0x2 Offline  0x3 Warm Start  0x4 Force Dump
   [247]
-  $ kvd -c 'sdump'
+  $ kvd -c 'sdump' | head -1
   Usage: sdump flag
-  flag:  0x0  Show  0x1 Online  0x2 Offline  0x3 Warm Start  0x4 Force Dump
-  [247]
   $ calls KVD_SetDumpEnv
   0
 
-A warm start brings the link back only where the port's settings allow:
-with the link held down (board 2), the third word of the driver's view (link
-up) stays 0.
+A warm start brings the link back only where the port's settings allow.
 
   $ printf 'set board 2\npersistlinkset 1\nsdump 3\ndumpreg 3\npersistlinkset 0\nsdump 3\ndumpreg 3\nquit\n' | kvd 2>&1 | grep -A2 '^cmd> Driver'
   cmd> Driver Region 3 Data (32 bytes):
@@ -352,28 +220,7 @@ up) stays 0.
 
 The diagnostic environment: all boards, or with 0x10 only the current one.
 
-  $ kvd <<'EOF' 2>&1 | grep -v '^cmd> $' | sed -n '/^cmd>/,$p'
-  > sdiag 0
-  > set board 1
-  > sdiag 0x12
-  > sdiag 0x10
-  > sdiag 0
-  > rdhs
-  > mbox rdrev
-  > set board 0
-  > sdiag 0x10
-  > rdhs
-  > sdiag 0x11
-  > sdiag 2
-  > rdhs
-  > set board 2
-  > sdiag 0x10
-  > sdiag 1
-  > sdiag 0
-  > set board 1
-  > rdhs
-  > quit
-  > EOF
+  $ session 'sdiag 0' 'set board 1' 'sdiag 0x12' 'sdiag 0x10' 'sdiag 0' rdhs 'mbox rdrev' 'set board 0' 'sdiag 0x10' rdhs 'sdiag 0x11' 'sdiag 2' rdhs 'set board 2' 'sdiag 0x10' 'sdiag 1' 'sdiag 0' 'set board 1' rdhs
   cmd> Online Mode
   cmd> cmd> Offline Mode
   cmd> Offline Mode
@@ -406,47 +253,21 @@ The diagnostic environment: all boards, or with 0x10 only the current one.
   flag:  0x0  Show All   0x1  All Online   0x2  All Offline
          0x10 Brd Show   0x11 Brd Online   0x12 Brd Offline
   [247]
-  $ kvd -c 'sdiag 3'
-  Usage: sdiag flag 
-  flag:  0x0  Show All   0x1  All Online   0x2  All Offline
-         0x10 Brd Show   0x11 Brd Online   0x12 Brd Offline
-  [247]
-  $ kvd -c 'sdiag 1 2'
-  Usage: sdiag flag 
-  flag:  0x0  Show All   0x1  All Online   0x2  All Offline
-         0x10 Brd Show   0x11 Brd Online   0x12 Brd Offline
-  [247]
+  $ for a in 3 '1 2'; do kvd -c "sdiag $a" | head -1; done | uniq -c
+        2 Usage: sdiag flag 
 
 A board the fleet brings up offline shows so until it is taken online.
 
-  $ export KVD_SIM_FLEET=$KVD_FLEETS/offline.json
-  $ kvd <<'EOF' 2>&1 | grep -v '^cmd> $' | sed -n '/^Found/p;/^cmd>/,$p'
-  > sdiag 0x10
-  > rdhs
-  > sdiag 0x11
-  > rdhs
-  > quit
-  > EOF
+  $ printf '%s\n' 'sdiag 0x10' rdhs 'sdiag 0x11' rdhs quit | KVD_SIM_FLEET=$KVD_FLEETS/offline.json kvd 2>&1 | grep -v '^cmd> $' | sed -n '/^Found/p;/^cmd>/,$p'
   Found 1 adapters: onmask 0 offmask 1 Driver:3.4.12.0
   cmd> Offline Mode
   cmd> 0x800000
   cmd> Online Mode
   cmd> 0xc00000
-  $ unset KVD_SIM_FLEET
 
 Library failures: a board that is not there, and an injected fault.
 
-  $ kvd <<'EOF' 2>&1 | grep -v '^cmd> $' | sed -n '/^cmd>/,$p'
-  > set board 31
-  > rdallpci
-  > rdhs
-  > wrhc 1
-  > rffreg 0
-  > wslim 0 1 0
-  > sdump 0
-  > sdiag 0x10
-  > quit
-  > EOF
+  $ session 'set board 31' rdallpci rdhs 'wrhc 1' 'rffreg 0' 'wslim 0 1 0' 'sdump 0' 'sdiag 0x10'
   cmd> cmd> Cannot issue command
   cmd> Cannot issue command
   cmd> Cannot issue command

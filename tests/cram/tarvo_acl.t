@@ -1,16 +1,11 @@
-Fabric access lists and virtual links of the ASIC's logical ports (board 1
-of the default fleet, whose fabric is 10:00:06:4b:51:f2:00:01; its principal
-switch carries the fabric's name). `sent` cuts LEN bytes at OFF out of the
-last record the ASIC received (of command NAME if given); `calls` counts the
-exchanges.
+Access lists and virtual links (board 1; fabric 10:00:06:4b:51:f2:00:01).
+`sent OFF LEN [NAME]` cuts bytes out of the last record sent; `calls` counts.
 
   $ export KVD_SIM_TRACE=$PWD/trace
   $ sent() { grep "^KVD_SendTarvoCommand(.*command=${3:-}" trace | tail -1 | sed 's/.* in=\([0-9a-f]*\).*/\1/' | cut -c$(($1 * 2 + 1))-$(($1 * 2 + $2 * 2)); }
   $ calls() { grep -c '^KVD_SendTarvoCommand' trace || :; }
 
-Usage texts (with the usage words as the program has them). createvl takes
-the port id alone: typed with the three arguments its usage line shows, it
-is refused.
+Usage texts; createvl with the three arguments its usage shows is refused.
 
   $ kvd -b 1 -c 'tarvo getfacl'
   Usage: tarvo getfcal <logical port id>
@@ -26,7 +21,7 @@ is refused.
   $ calls
   0
 
-getfacl on a port with no entries: the two counts and "Good".
+getfacl on a port with no entries.
 
   $ kvd -b 1 -c 'tarvo getfacl 0'
   returned facls :0
@@ -37,14 +32,9 @@ getfacl on a port with no entries: the two counts and "Good".
   $ sent 0 12
   260000000000000024000000
 
-setfacl reads the list, prints its counts, and sends it back with the new
-entry appended (fabric name first, then switch name, then the permit flag).
-The reply offered holds one entry: with two in the list only the one that
-arrived is sent back, and the list shrinks to it and the new one.
+setfacl sends the list back with the entry appended (the reply holds one).
 
-  $ kvd -b 1 -c 'tarvo setfacl 1 2000000000000001 1000000000000001 1'
-  returned facls :0
-  total facls :0
+  $ kvd -b 1 -c 'tarvo setfacl 1 2000000000000001 1000000000000001 1' | tail -1
   Good
   $ grep -o '^KVD_SendTarvoCommand(.*) = [0-9]* command=[A-Z_]*' trace | tail -2
   KVD_SendTarvoCommand(board=1, cmd_len=12, rsp_len=36) = 0 command=GET_FACL
@@ -80,8 +70,7 @@ arrived is sent back, and the list shrinks to it and the new one.
   $ sent 8 4 SET_FACL
   02000000
 
-A name that does not parse falls back on the current WWN; without one the
-message shows the token to the right of the one that failed.
+A name that does not parse falls back on the current WWN.
 
   $ kvd -b 1 -c 'tarvo setfacl 1 sw 1000000000000001 1'
   arg sw - arg length 2 or missing ':'
@@ -99,13 +88,8 @@ message shows the token to the right of the one that failed.
   $ sent 12 20 SET_FACL
   2000000000000005200000000000000501000000
 
-createvl: the names come from tokens the three-token line does not have,
-so they are the current WWN for both, or the error line naming "(null)".
-The principal switch's name is the fabric's, so with the fabric name set
-the link comes up: its handle is the FCF's, which the FCF list then shows
-ready; an FCF carries one link ("exists", 11). deletevl by that handle
-brings it down; a handle without a link is "not found" (9), and so is an
-FCF no one discovered.
+createvl takes the current WWN for both names; the link takes the FCF's
+handle (one link an FCF: 11); no link or no such FCF is "not found" (9).
 
   $ kvd -b 1 -c 'tarvo createvl 0'
   tarvo setcfoeparams:(null) bad Switch port_wwpn cur_wwn 
@@ -138,9 +122,7 @@ FCF no one discovered.
   cmd> cmd> cmd> Tarvo command error. code=9.
   cmd>  (no-eol)
 
-The access list decides which FCFs a port may link to: an entry that denies
-the pair, or a list without an entry that permits it, refuses the link
-("not permitted", 5); an empty list permits every FCF.
+The access list decides which FCFs a port may link to ("not permitted", 5).
 
   $ printf 'set board 1\nset wwn 10:00:06:4b:51:f2:00:01\ntarvo setfacl 0 10:00:06:4b:51:f2:00:01 10:00:06:4b:51:f2:00:01 0\ntarvo createvl 0\ntarvo setfacl 1 2000000000000009 10:00:06:4b:51:f2:00:01 1\ntarvo createvl 1\ntarvo setfacl 2 10:00:06:4b:51:f2:00:01 10:00:06:4b:51:f2:00:01 1\ntarvo createvl 2\nquit\n' | kvd | grep -E 'code=|Good' | sed 's/cmd> //'
   Good
@@ -150,14 +132,11 @@ the pair, or a list without an entry that permits it, refuses the link
   Good
   Good
 
-Logical ports are 0 to 3 ("bad port", 10); errors of either step of
-setfacl end the command.
+Logical ports 0 to 3 ("bad port", 10); either step of setfacl may fail.
 
-  $ kvd -b 1 -c 'tarvo getfacl 4'
+  $ kvd -b 1 -c 'tarvo getfacl 4'; kvd -b 1 -c 'tarvo deletevl 4'; KVD_SIM_FAULT=asic:GET_FACL=16 kvd -b 1 -c 'tarvo setfacl 0 2000000000000001 1000000000000001 1'
   Tarvo command error. code=10.
-  $ kvd -b 1 -c 'tarvo deletevl 4'
   Tarvo command error. code=9.
-  $ KVD_SIM_FAULT=asic:GET_FACL=16 kvd -b 1 -c 'tarvo setfacl 0 2000000000000001 1000000000000001 1'
   Tarvo command error. code=16.
   $ KVD_SIM_FAULT=asic:SET_FACL=3 kvd -b 1 -c 'tarvo setfacl 0 2000000000000001 1000000000000001 1'
   returned facls :0

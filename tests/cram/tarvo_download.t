@@ -1,8 +1,6 @@
-ASIC firmware download. The image file carries a 32-byte header (version,
-file length, image length, offset of the checksum word) and ends with a
-16-byte version record (padded, type, version, checksum); the checksum is
-the XOR of the words before the version record. `mkimg FILE VERSION TYPE
-[FLAW]` writes one, with one flaw if asked.
+ASIC firmware download. An image: a 32-byte header (version, file length,
+image length, checksum offset), the body, a 16-byte version record (padded,
+type, version, XOR checksum). `mkimg FILE VERSION TYPE [FLAW]` writes one.
 
   $ export KVD_SIM_TRACE=$PWD/trace
   $ calls() { grep -c '^KVD_SendTarvoCommand' trace || :; }
@@ -34,22 +32,13 @@ the XOR of the words before the version record. `mkimg FILE VERSION TYPE
   > PY
   > }
 
-A good operational image is sent whole behind the 12-byte command header and
-installed: the firmware version reported afterwards is the image's.
+A good operational image is sent whole and installed.
 
   $ mkimg good.img 0x02030001 1
-  $ printf 'set board 1\ntarvo download -o good.img\ntarvo getinit\nquit\n' | kvd | sed -n '/^cmd>/,$p'
+  $ printf 'set board 1\ntarvo download -o good.img\ntarvo getinit\nquit\n' | kvd | sed -n '/^cmd>/,$p' | grep -E 'Done|Version|Type'
   cmd> cmd> Done.
-  
-  cmd>          BB_credit: 16
-          Frame Size: 2112
     Firmware Version: 2030001
-        Reset Status: normal
-    Maintenance Mode: disabled
        Firmware Type: Operational
-            Fru Data: Valid
-  
-  cmd>  (no-eol)
   $ grep -o '^KVD_SendTarvoCommand(.*) = 0 command=FW_DOWNLOAD' trace
   KVD_SendTarvoCommand(board=1, cmd_len=156, rsp_len=4) = 0 command=FW_DOWNLOAD
   $ grep 'command=FW_DOWNLOAD' trace | sed 's/.* in=\(........................\).*/\1/'
@@ -57,8 +46,7 @@ installed: the firmware version reported afterwards is the image's.
   $ [ "$(grep 'command=FW_DOWNLOAD' trace | sed 's/.* in=\([0-9a-f]*\).*/\1/' | cut -c25-)" = "$(od -An -tx1 -v good.img | tr -d ' \n')" ] && echo image sent as read
   image sent as read
 
-The option letter is matched without regard to case; -d asks for a
-diagnostic image, and the ASIC runs it.
+The option letter in any case; -d installs a diagnostic image.
 
   $ mkimg diag.img 0x02030002 2
   $ printf 'set board 1\ntarvo download -D diag.img\ntarvo getinit\nquit\n' | kvd | sed -n '/^cmd>/,$p' | grep -E 'Done|Version|Type'
@@ -69,8 +57,7 @@ diagnostic image, and the ASIC runs it.
   Done.
   
 
-Bytes beyond the header's file length are sent too; the length field then is
-smaller than what follows it.
+Bytes beyond the header's file length are sent too.
 
   $ mkimg trailing.img 0x02030003 1 trailing
   $ kvd -b 1 -c 'tarvo download -o trailing.img'
@@ -80,33 +67,20 @@ smaller than what follows it.
   cmd_len=164
   020000009000000001000000
 
-Images the shell refuses print the two diagnostic lines and send nothing: a
-wrong checksum, versions that disagree, a length that is not a multiple of 4,
-a version record or length outside the file, a file shorter than a header.
+Images the shell refuses: the two diagnostic lines, nothing sent.
 
   $ : > trace
-  $ mkimg badsum.img 0x02030004 1 badsum
-  $ kvd -b 1 -c 'tarvo download -o badsum.img'
+  $ for flaw in badsum badver oddlen outside long headless; do mkimg $flaw.img 0x02030004 1 $flaw; kvd -b 1 -c "tarvo download -o $flaw.img"; done
   Version 33751044 file_len 144 image_len 96 chksum_offset 140 checksum 0xf1090820
   padded 0 type 1 version 33751044 checksum 0xf1090820 &  0xf1090920
-  $ mkimg badver.img 0x02030004 1 badver
-  $ kvd -b 1 -c 'tarvo download -o badver.img'
   Version 33751044 file_len 144 image_len 96 chksum_offset 140 checksum 0xf1090920
   padded 0 type 1 version 33751045 checksum 0xf1090920 &  0xf1090920
-  $ mkimg oddlen.img 0x02030004 1 oddlen
-  $ kvd -b 1 -c 'tarvo download -o oddlen.img'
   Version 33751044 file_len 142 image_len 96 chksum_offset 140 checksum 0xf109093e
   padded 0 type 1 version 33751044 checksum 0xf109093e &  0x243a6066
-  $ mkimg outside.img 0x02030004 1 outside
-  $ kvd -b 1 -c 'tarvo download -o outside.img'
   Version 33751044 file_len 144 image_len 96 chksum_offset 148 checksum 0x0
   padded 0 type 0 version 0 checksum 0x0 &  0x0
-  $ mkimg long.img 0x02030004 1 long
-  $ kvd -b 1 -c 'tarvo download -o long.img'
   Version 33751044 file_len 208 image_len 96 chksum_offset 140 checksum 0x0
   padded 0 type 0 version 0 checksum 0x0 &  0x0
-  $ mkimg headless.img 0x02030004 1 headless
-  $ kvd -b 1 -c 'tarvo download -o headless.img'
   Version 33751044 file_len 144 image_len 96 chksum_offset 0 checksum 0x0
   padded 0 type 0 version 0 checksum 0x0 &  0x0
   $ : > empty.img
@@ -116,16 +90,13 @@ a version record or length outside the file, a file shorter than a header.
   $ calls
   0
 
-Images the ASIC refuses, with its status: a length below 16 passes the
-shell's test with a zero checksum, but is no image; a diagnostic image
-offered as operational. The version it runs stays as it was.
+Images the ASIC refuses; the running version stays.
 
   $ mkimg short.img 0x0 1 short
   $ kvd -b 1 -c 'tarvo download -o short.img'
   Tarvo command error. code=4.
-  $ kvd -b 1 -c 'tarvo download -o diag.img'
-  Tarvo command error. code=4.
-  $ printf 'set board 1\ntarvo download -o diag.img\ntarvo getinit\ntarvo logdata 0\nquit\n' | kvd | grep -E 'Version|fw:'
+  $ printf 'set board 1\ntarvo download -o diag.img\ntarvo getinit\ntarvo logdata 0\nquit\n' | kvd | grep -E 'code=|Version|fw:'
+  cmd> cmd> Tarvo command error. code=4.
     Firmware Version: 2010400
   3: fw: image refused, image type mismatch
 
@@ -144,14 +115,8 @@ Files that cannot be opened or read, and the usage: nothing is sent.
               -d       - Tarvo diagnostic firmware image.
               filename - Tarvo firmware image file.
   
-  $ kvd -b 1 -c 'tarvo download good.img'
+  $ kvd -b 1 -c 'tarvo download good.img' | head -1
   Usage: tarvo download -o <filename>
-         tarvo download -d <filename>
-  
-              -o       - Tarvo operational firmware image.
-              -d       - Tarvo diagnostic firmware image.
-              filename - Tarvo firmware image file.
-  
   $ calls
   0
   $ KVD_SIM_FAULT=KVD_SendTarvoCommand=99 kvd -b 1 -c 'tarvo download -o good.img'

@@ -1,14 +1,11 @@
-FCoE parameters of the ASIC's logical ports and the FCFs its FIP discovery
-found on the board's fabric (board 1 of the default fleet). `sent` cuts LEN
-bytes at OFF out of the last record the ASIC received (of command NAME if
-given); `calls` counts the exchanges.
+FCoE parameters of the ASIC's logical ports and the FCFs FIP found (board 1).
+`sent OFF LEN [NAME]` cuts bytes out of the last record sent; `calls` counts.
 
   $ export KVD_SIM_TRACE=$PWD/trace
   $ sent() { grep "^KVD_SendTarvoCommand(.*command=${3:-}" trace | tail -1 | sed 's/.* in=\([0-9a-f]*\).*/\1/' | cut -c$(($1 * 2 + 1))-$(($1 * 2 + $2 * 2)); }
   $ calls() { grep -c '^KVD_SendTarvoCommand' trace || :; }
 
-setfcoeparams: a mode of 0 or 1 is needed, and FIP wants at least seven
-arguments; otherwise the usage block, and nothing is sent.
+setfcoeparams: mode 0 or 1, FIP with at least seven arguments; nothing sent.
 
   $ kvd -b 1 -c 'tarvo setfcoeparams'
   Usage: tarvo setfcoparams  <fcoe mode 1=FIP > <lport_id> <switch wwpn> <fabric wwpn> <supported addr mode> <pref addr mode> <discov TMO> <vlan_id0> <vlan_id1> <vlan_id2> <vlan_id3>
@@ -28,34 +25,22 @@ arguments; otherwise the usage block, and nothing is sent.
   $ kvd -b 1 -c 'tarvo getfcoeparams'
   Usage: tarvo getfcoeparams <logical port id>
   
-  $ kvd -b 1 -c 'tarvo getfcflist 0'
-  Usage: tarvo getfcflist
-  
   $ calls
   0
 
-At power-on logical port 0 runs FIP toward the principal switch, whose name
-is the fabric's, on VLAN 1002. getfcoeparams always asks for port 0: the
-port id is converted from the sub-command word.
+At power-on port 0 runs FIP on VLAN 1002; getfcoeparams always asks for 0.
 
-  $ kvd -b 1 -c 'tarvo getfcoeparams 3'
+  $ kvd -b 1 -c 'tarvo getfcoeparams 3' | sed -n '1,3p;$p'
   fcf mode:FIP
   switch name : 1000064b51f20001
   fabric name : 1000064b51f20001
-  supported addr mode:2
-  preffered addr mode:2
-  discovery tmo:a
-  vlans: 0x3ea 0x0 0x0 0x0
   
   $ grep -o '^KVD_SendTarvoCommand(.*) = [0-9]* command=[A-Z_]*' trace
   KVD_SendTarvoCommand(board=1, cmd_len=12, rsp_len=36) = 0 command=GET_FCOE_PARAMS
   $ sent 0 12
   230000000000000024000000
 
-Non-FIP mode sends the mode alone (port 0, no parameters) and the port then
-runs on the default FC-MAP. FIP mode echoes its tokens twice (the second time
-with the first VLAN, or "(null)" when none was typed), cuts the port id to
-24 bits and each number to its field, and takes the VLANs that were typed.
+Non-FIP sends the mode alone; FIP echoes its tokens and cuts each number.
 
   $ printf 'set board 1\ntarvo setfcoeparams 0\ntarvo getfcoeparams 0\ntarvo setfcoeparams 1 0x1000000 10:00:06:4b:51:f2:00:01 1000064b51f20001 1 0x102 0x10014 100 200\ntarvo getfcoeparams 0\nquit\n' | kvd | sed -n '/^cmd>/,$p'
   cmd> cmd> Done.
@@ -85,7 +70,7 @@ with the first VLAN, or "(null)" when none was typed), cuts the port id to
   $ sent 0 40
   22000000010000000200000020000000000000011000000000000001020214000000000000000000
 
-All four VLANs fill the line to the thirteen words the dispatcher takes.
+All four VLANs fill the thirteen words the dispatcher takes.
 
   $ kvd -b 1 -c 'tarvo setfcoeparams 1 1 2000000000000001 1000000000000001 2 1 4 1 2 3 4' | tail -2
   Done.
@@ -95,9 +80,7 @@ All four VLANs fill the line to the thirteen words the dispatcher takes.
   $ kvd -b 1 -c 'tarvo setfcoeparams 1 1 2000000000000001 1000000000000001 2 1 4 1 2 3 4 5' | head -1
   Usagetarvo: tarvo command [brd]
 
-A name that does not parse is replaced by the current WWN; without one the
-command names the offending token (with the command word misspelt) and
-sends nothing.
+A name that does not parse is the current WWN, or nothing is sent.
 
   $ printf 'set board 1\nset wwn 2000000000000009\ntarvo setfcoeparams 1 1 sw fab 2 1 4 7\nquit\n' | kvd | sed -n '/^cmd>/,$p'
   cmd> cmd> cmd> fip:1 lport:1 sw:sw fab:fab sup:2 pref:1 disc:4 
@@ -120,8 +103,7 @@ sends nothing.
   tarvo setcfoeparams:fab bad Fabric port_wwpn cur_wwn 
   $ calls | cmp - before
 
-The ASIC checks what it is given: address modes 1 or 2, a discovery
-time-out, VLANs up to 4094, logical ports 0 to 3 ("bad port", 10).
+The ASIC's checks: address modes, time-out, VLAN up to 4094, port 0 to 3.
 
   $ kvd -b 1 -c 'tarvo setfcoeparams 1 1 2000000000000001 1000000000000001 3 1 4' | tail -1
   Tarvo command error. code=2.
@@ -135,7 +117,7 @@ time-out, VLANs up to 4094, logical ports 0 to 3 ("bad port", 10).
   $ kvd -b 1 -c 'tarvo setfcoeparams 1 4 2000000000000001 1000000000000001 2 1 4' | tail -1
   Tarvo command error. code=10.
 
-getfcflist: the FCFs of the fabric, all available at power-on.
+getfcflist: the fabric's FCFs, all available at power-on.
 
   $ kvd -b 1 -c 'tarvo getfcflist'
   returned fcfs:2
@@ -160,26 +142,17 @@ getfcflist: the FCFs of the fabric, all available at power-on.
   $ sent 0 12
   240000000000000094050000
 
-The fleet sets how many FCFs there are (at most 64): the reply carries as many as fit in
-the 1,428 bytes offered (32) and counts the rest; with none the list is
-empty.
+The fleet sets the FCF count (at most 64); 32 fit in the 1,428 bytes.
 
   $ printf '{"boards":[{"board":0,"wwpn":"10:00:06:4b:51:b4:02:00","protocol":"fcoe","asic":{"fcfs":64,"fcoe_vlan":200}}]}' > many.json
-  $ KVD_SIM_FLEET=many.json kvd -c 'tarvo getfcflist' | head -3
+  $ KVD_SIM_FLEET=many.json kvd -c 'tarvo getfcflist' > many.out; head -3 many.out; grep -c '^handle' many.out; tail -8 many.out | head -3
   returned fcfs:32
   total fcfs:64
   active fcfs:64
-  $ KVD_SIM_FLEET=many.json kvd -c 'tarvo getfcflist' | grep -c '^handle'
   32
-  $ KVD_SIM_FLEET=many.json kvd -c 'tarvo getfcflist' | tail -8
   handle:11f vlan_id:c8
   mac name : 025e11fc0020
   switch name : 2020025e11fc0000
-  fabric name : 1000064b51f00001
-  fc_map:efc00 lka period:1f40
-  FCF_AVAILABLE_STATE
-  Control Flag:1 priority:9f
-  Supported address mode SPMA
   $ for v in 0 4094 4095; do printf '{"boards":[{"board":0,"wwpn":"10:00:06:4b:51:b4:02:00","protocol":"fcoe","asic":{"fcoe_vlan":%d}}]}' $v > v.json; KVD_SIM_FLEET=v.json kvd -c 'tarvo getfcflist' 2>&1 | sed -n 1p\;4p; done
   libkvd: v.json: boards[0].asic.fcoe_vlan: VLAN 0
   returned fcfs:2
@@ -199,9 +172,7 @@ empty.
 
 Errors.
 
-  $ KVD_SIM_FAULT=asic:GET_FCF_LIST=16 kvd -b 1 -c 'tarvo getfcflist'
+  $ KVD_SIM_FAULT=asic:GET_FCF_LIST=16 kvd -b 1 -c 'tarvo getfcflist'; KVD_SIM_FAULT=asic:GET_FCOE_PARAMS=10 kvd -b 1 -c 'tarvo getfcoeparams 1'; KVD_SIM_FAULT=KVD_SendTarvoCommand=99 kvd -b 1 -c 'tarvo setfcoeparams 0'
   Tarvo command error. code=16.
-  $ KVD_SIM_FAULT=asic:GET_FCOE_PARAMS=10 kvd -b 1 -c 'tarvo getfcoeparams 1'
   Tarvo command error. code=10.
-  $ KVD_SIM_FAULT=KVD_SendTarvoCommand=99 kvd -b 1 -c 'tarvo setfcoeparams 0'
   Tarvo command error. Timeout.

@@ -1,14 +1,11 @@
-The ASIC's forwarding table (board 1 of the default fleet): fteins inserts
-an entry keyed by device id and WWPN, ftedel removes it, getftbl prints the
-entries in use. `sent` cuts LEN bytes at OFF out of the last record the ASIC
-received; `calls` counts the exchanges.
+The ASIC's forwarding table (board 1): fteins, ftedel, getftbl. `sent OFF LEN
+[NAME]` cuts bytes out of the last record sent; `calls` counts exchanges.
 
   $ export KVD_SIM_TRACE=$PWD/trace
   $ sent() { grep "^KVD_SendTarvoCommand(.*command=${3:-}" trace | tail -1 | sed 's/.* in=\([0-9a-f]*\).*/\1/' | cut -c$(($1 * 2 + 1))-$(($1 * 2 + $2 * 2)); }
   $ calls() { grep -c '^KVD_SendTarvoCommand' trace || :; }
 
-Usage: five words exactly, and the action one of -f, -F, -d, -D. Nothing is
-sent.
+Usage: five words exactly, the action one of -f, -F, -d, -D; nothing sent.
 
   $ kvd -b 1 -c 'tarvo fteins -f 0x10203'
   Usage: tarvo fteins -f <did> <wwpn>
@@ -19,15 +16,8 @@ sent.
               did   - FC Device id of entry.
               wwpn  - FC WWPN of entry.
   
-  $ kvd -b 1 -c 'tarvo fteins -x 0x10203 2000001122334455'
+  $ kvd -b 1 -c 'tarvo fteins -x 0x10203 2000001122334455' | head -1
   Usage: tarvo fteins -f <did> <wwpn>
-         tarvo fteins -d <did> <wwpn>
-  
-              -f    - Forward all matching frames to Pelmir.
-              -d    - Drop all matching frames.
-              did   - FC Device id of entry.
-              wwpn  - FC WWPN of entry.
-  
   $ kvd -b 1 -c 'tarvo fteins -forward 0x10203 2000001122334455' | head -1
   Usage: tarvo fteins -f <did> <wwpn>
   $ kvd -b 1 -c 'tarvo ftedel 0x10203'
@@ -36,15 +26,10 @@ sent.
               did        - FC Device id of entry.
               wwpn       - FC WWPN of entry.
   
-  $ kvd -b 1 -c 'tarvo getftbl all'
-  Usage: tarvo getftbl
-  
   $ calls
   0
 
-The device id keeps its low 24 bits; the WWPN goes as typed, in either
-spelling. "-F" forwards like "-f"; "-D" drops. The table starts empty: only
-the final empty line.
+The device id keeps its low 24 bits, the WWPN goes as typed; empty table.
 
   $ kvd -b 1 -c 'tarvo getftbl'
   
@@ -63,13 +48,9 @@ the final empty line.
   $ sent 4 8
   0100000003020100
 
-Inserted entries read back: in use (bit 15), the drop action in bit 0, the
-FPMA address (FC-MAP and device id) in the order the ASIC holds it and
-reversed for printing, the WWPN as received. The same key again changes the
-action of its entry instead of taking a new one; ftedel frees it, and a key
-not in the table is the ASIC's "not found" (9).
+Entries read back; the same key changes its entry; a missing key is 9.
 
-  $ printf 'set board 1\ntarvo fteins -f 0x12345678 20:00:00:11:22:33:44:55\ntarvo fteins -d 0x010203 2000001122334466\ntarvo fteins -d 0x345678 2000001122334455\ntarvo fteins -f 0x20304 2000001122334488\ntarvo getftbl\ntarvo ftedel 0x345678 20:00:00:11:22:33:44:55\ntarvo ftedel 0x345678 20:00:00:11:22:33:44:55\ntarvo getftbl\nquit\n' | kvd | sed -n '/^cmd>/,$p'
+  $ printf 'set board 1\ntarvo fteins -f 0x12345678 20:00:00:11:22:33:44:55\ntarvo fteins -d 0x010203 2000001122334466\ntarvo fteins -d 0x345678 2000001122334455\ntarvo fteins -f 0x20304 2000001122334488\ntarvo getftbl\ntarvo ftedel 0x345678 20:00:00:11:22:33:44:55\ntarvo ftedel 0x345678 20:00:00:11:22:33:44:55\ntarvo getftbl\nquit\n' | kvd | sed -n '/^cmd>/,$p' | sed '/code=9/,${/WWPN\|Flags/!{/^ \|^-/d}}' | sed '/^Entry [12]:/,/^$/{/Type\|Tag\|Mask/d}'
   cmd> cmd> Done.
   
   cmd> Done.
@@ -92,26 +73,16 @@ not in the table is the ASIC's "not found" (9).
   
   Entry 1:
   -----------------------------------------------------
-               Type: 0x1
-          Type Mask: 0xff
-                Tag: 0x3ea
-           Tag Mask: 0xfff
          LIF Bitmap: 0x0
               Flags: 0x8001
         MAC Address: 00:00:0e:fc:00:01:02:03
-   MAC Address Mask: 00:00:ff:ff:ff:ff:ff:ff
                WWPN: 2000001122334466
   
   Entry 2:
   -----------------------------------------------------
-               Type: 0x1
-          Type Mask: 0xff
-                Tag: 0x3ea
-           Tag Mask: 0xfff
          LIF Bitmap: 0x1
               Flags: 0x8000
         MAC Address: 00:00:0e:fc:00:02:03:04
-   MAC Address Mask: 00:00:ff:ff:ff:ff:ff:ff
                WWPN: 2000001122334488
   
   
@@ -119,27 +90,11 @@ not in the table is the ASIC's "not found" (9).
   
   cmd> Tarvo command error. code=9.
   cmd> Entry 1:
-  -----------------------------------------------------
-               Type: 0x1
-          Type Mask: 0xff
-                Tag: 0x3ea
-           Tag Mask: 0xfff
-         LIF Bitmap: 0x0
               Flags: 0x8001
-        MAC Address: 00:00:0e:fc:00:01:02:03
-   MAC Address Mask: 00:00:ff:ff:ff:ff:ff:ff
                WWPN: 2000001122334466
   
   Entry 2:
-  -----------------------------------------------------
-               Type: 0x1
-          Type Mask: 0xff
-                Tag: 0x3ea
-           Tag Mask: 0xfff
-         LIF Bitmap: 0x1
               Flags: 0x8000
-        MAC Address: 00:00:0e:fc:00:02:03:04
-   MAC Address Mask: 00:00:ff:ff:ff:ff:ff:ff
                WWPN: 2000001122334488
   
   
@@ -149,8 +104,7 @@ not in the table is the ASIC's "not found" (9).
   $ grep 'command=FTE_DELETE' trace | tail -1 | grep -o '= 0 .* in=[0-9a-f]*'
   = 0 command=FTE_DELETE in=06000000785634002000001122334455
 
-A WWPN that does not parse (the WWN parser says why) falls back on the current WWN;
-with none set the command stops before sending.
+A WWPN that does not parse falls back on the current WWN, else nothing sent.
 
   $ printf 'set board 1\nset wwn 2000001122334477\ntarvo fteins -f 0x20 nowwpn\nquit\n' | kvd | sed -n '/^cmd>/,$p'
   cmd> cmd> cmd> arg nowwpn - arg length 6 or missing ':'
@@ -168,24 +122,20 @@ with none set the command stops before sending.
   tarvo ftedel:nowwpn bad port_wwpn
   $ calls | cmp - before
 
-The ASIC refuses device id 0 and an all-zero WWPN as bad parameters; a
-256-entry table takes no 257th entry ("table full", 8).
+Device id 0 and a zero WWPN are bad parameters; 256 entries, no 257th (8).
 
   $ kvd -b 1 -c 'tarvo fteins -f 0x1000000 2000001122334455'
   Tarvo command error. code=2.
   $ kvd -b 1 -c 'tarvo fteins -f 0x10 0000000000000000'
   Tarvo command error. code=2.
-  $ { echo 'set board 1'; for i in $(seq 1 257); do echo "tarvo fteins -f $i 2000001122334455"; done; echo 'tarvo getftbl'; echo quit; } | kvd | grep -c 'Done\.'
-  256
-  $ { echo 'set board 1'; for i in $(seq 1 257); do echo "tarvo fteins -f $i 2000001122334455"; done; echo 'tarvo getftbl'; echo quit; } | kvd | grep -E 'code=|^Entry 255:' | sed 's/cmd> //'
-  Tarvo command error. code=8.
-  Entry 255:
+  $ { echo 'set board 1'; for i in $(seq 1 257); do echo "tarvo fteins -f $i 2000001122334455"; done; echo 'tarvo getftbl'; echo quit; } | kvd | sed 's/cmd> //g' | grep -E '^Done\.|code=|^Entry 255:' | uniq -c
+      256 Done.
+        1 Tarvo command error. code=8.
+        1 Entry 255:
 
-Errors: the transport's, and the ASIC's own status by fault injection.
+Errors: the transport's and the ASIC's own.
 
-  $ kvd -b 0 -c 'tarvo getftbl'
+  $ kvd -b 0 -c 'tarvo getftbl'; KVD_SIM_FAULT=asic:GET_FTABLE=5 kvd -b 1 -c 'tarvo getftbl'; KVD_SIM_FAULT=asic:FTE_INSERT=16 kvd -b 1 -c 'tarvo fteins -d 1 2000001122334455'
   Tarvo command error. Invalid adapter.
-  $ KVD_SIM_FAULT=asic:GET_FTABLE=5 kvd -b 1 -c 'tarvo getftbl'
   Tarvo command error. code=5.
-  $ KVD_SIM_FAULT=asic:FTE_INSERT=16 kvd -b 1 -c 'tarvo fteins -d 1 2000001122334455'
   Tarvo command error. code=16.

@@ -1,14 +1,10 @@
-The ASIC's logs and panic record. Each command first reads the ASIC's
-configuration to learn the size of the next reply, then offers exactly that
-much. `exchanges` lists the exchanges of the last command: code, context and
-length of each request, and the room offered.
+The ASIC's logs and panic record; each command first reads the configuration
+for the size of the next reply. `exchanges N`: code, context, length, room.
 
   $ export KVD_SIM_TRACE=$PWD/trace
   $ exchanges() { grep '^KVD_SendTarvoCommand' trace | tail -$1 | sed 's/.*rsp_len=\([0-9]*\).* in=\(..\)000000\(..\)000000\(........\).*/\2 \3 \4 \1/'; }
 
-The default converged board keeps four logs: their descriptions need 120
-bytes, more than the configuration's 96, so logcfg says so and takes a
-larger buffer.
+Four logs need 120 bytes of descriptions, more than the configuration's 96.
 
   $ kvd -b 1 -c 'tarvo logcfg'
   bad rsp_size 120
@@ -31,33 +27,16 @@ larger buffer.
   $ exchanges 2
   08 00 60000000 96
   0c 00 78000000 120
-  $ kvd -b 1 -c 'tarvo logcfg now'
-  Usage: tarvo logcfg
-  
 
-A board with three logs fits in 92 bytes: no notice, and the 96-byte buffer
-offers only what is needed.
+Three logs fit in 92 bytes: no notice, and only that much is offered.
 
-  $ KVD_SIM_FLEET=$KVD_FLEETS/asic.json kvd -b 2 -c 'tarvo logcfg'
+  $ KVD_SIM_FLEET=$KVD_FLEETS/asic.json kvd -b 2 -c 'tarvo logcfg' | head -1
         Id: 0
-   Entries: 3
-      Size: 32
-  
-        Id: 1
-   Entries: 0
-      Size: 8
-  
-        Id: 2
-   Entries: 1
-      Size: 16
-  
   $ exchanges 2
   08 00 60000000 96
   0c 00 5c000000 92
 
-logdata: one log by id (any number base), or all of them with their count.
-The per-log request offers the log's entries times their size, plus 8. A log
-kept in a ring starts its dump at the oldest slot; head names the newest.
+logdata: one log by id (any base) or all; a ring log dumps oldest first.
 
   $ kvd -b 1 -c 'tarvo logdata 0'
   LOG 0
@@ -96,19 +75,11 @@ kept in a ring starts its dump at the oldest slot; head names the newest.
   0d 00 68000000 104
   0d 01 08000000 8
   0d 02 18000000 24
-  $ kvd -b 1 -c 'tarvo logdata 0x3'
+  $ kvd -b 1 -c 'tarvo logdata 0x3' | head -2
   LOG 3
   head 0 size 48 entries 0
-  --------------------------------------------------------------------------------
-  
-  $ kvd -b 1 -c 'tarvo logdata ALL'
+  $ kvd -b 1 -c 'tarvo logdata ALL' | head -1
   LOG 0
-  head 2 size 48 entries 3
-  --------------------------------------------------------------------------------
-  0: boot: operational image started
-  1: port 0: link up 10G
-  2: port 1: link up 10G
-  
   $ kvd -b 1 -c 'tarvo logdata 9'
   $ kvd -b 1 -c 'tarvo logdata'
   Usage: tarvo logdata <logid>
@@ -118,7 +89,7 @@ kept in a ring starts its dump at the oldest slot; head names the newest.
             all     - Display all log files.
   
 
-Entries grow as the ASIC works: init and a memory write each leave a line.
+Entries grow as the ASIC works.
 
   $ printf 'set board 1\ntarvo init 8 1024\ntarvo wmem 0x100 1\ntarvo logcfg\ntarvo logdata 0\nquit\n' | kvd | grep -E 'Entries: 5|^head|^[34]:'
    Entries: 5
@@ -126,25 +97,19 @@ Entries grow as the ASIC works: init and a memory write each leave a line.
   3: init: bb_credit 8 frame_size 1024
   4: mem: 00000001 written at 00000100
 
-A failure at any step ends the command; the per-log step reports the ASIC's
-status in hexadecimal.
+A failure at any step ends the command.
 
   $ KVD_SIM_FAULT=asic:GET_LOG_DATA=26 kvd -b 1 -c 'tarvo logdata all'
   Log count: 4
   
   Tarvo command error. status=1a
-  $ KVD_SIM_FAULT=asic:GET_LOG_CONFIG=26 kvd -b 1 -c 'tarvo logdata all'
+  $ KVD_SIM_FAULT=asic:GET_LOG_CONFIG=26 kvd -b 1 -c 'tarvo logdata all'; KVD_SIM_FAULT=asic:GET_CONFIG=26 kvd -b 1 -c 'tarvo logcfg'; KVD_SIM_FAULT=KVD_SendTarvoCommand=88 kvd -b 1 -c 'tarvo logdata 0'; kvd -b 0 -c 'tarvo logcfg'
   Tarvo command error. code=26.
-  $ KVD_SIM_FAULT=asic:GET_CONFIG=26 kvd -b 1 -c 'tarvo logcfg'
   Tarvo command error. code=26.
-  $ KVD_SIM_FAULT=KVD_SendTarvoCommand=88 kvd -b 1 -c 'tarvo logdata 0'
   Tarvo command error. Link down.
-  $ kvd -b 0 -c 'tarvo logcfg'
   Tarvo command error. Invalid adapter.
 
-paniclog: a board that never panicked has no record. One that came up after
-an exception carries the registers and the last system log lines; every
-entry line is led by 32.
+paniclog: no record, then one after an exception with registers and log.
 
   $ kvd -b 1 -c 'tarvo paniclog' | head -3
         Log Present: No
@@ -153,7 +118,7 @@ entry line is led by 32.
   $ exchanges 2
   08 00 60000000 96
   0e 00 a0000000 160
-  $ KVD_SIM_FLEET=$KVD_FLEETS/asic.json kvd -b 2 -c 'tarvo paniclog'
+  $ KVD_SIM_FLEET=$KVD_FLEETS/asic.json kvd -b 2 -c 'tarvo paniclog' | grep -v 'gp\[\( [2-8]\|1[1-9]\|2[0-9]\|30\)\]'
         Log Present: Yes
          Panic type: Exception
            regs_epc: 9fc13c80
@@ -161,35 +126,8 @@ entry line is led by 32.
     regs_cp0_status: 10008003
        regs_gp[ 0]: 0
        regs_gp[ 1]: 80010040
-       regs_gp[ 2]: 80010080
-       regs_gp[ 3]: 800100c0
-       regs_gp[ 4]: 80010100
-       regs_gp[ 5]: 80010140
-       regs_gp[ 6]: 80010180
-       regs_gp[ 7]: 800101c0
-       regs_gp[ 8]: 80010200
        regs_gp[ 9]: 80010240
        regs_gp[10]: 80010280
-       regs_gp[11]: 800102c0
-       regs_gp[12]: 80010300
-       regs_gp[13]: 80010340
-       regs_gp[14]: 80010380
-       regs_gp[15]: 800103c0
-       regs_gp[16]: 80010400
-       regs_gp[17]: 80010440
-       regs_gp[18]: 80010480
-       regs_gp[19]: 800104c0
-       regs_gp[20]: 80010500
-       regs_gp[21]: 80010540
-       regs_gp[22]: 80010580
-       regs_gp[23]: 800105c0
-       regs_gp[24]: 80010600
-       regs_gp[25]: 80010640
-       regs_gp[26]: 80010680
-       regs_gp[27]: 800106c0
-       regs_gp[28]: 80010700
-       regs_gp[29]: 80010740
-       regs_gp[30]: 80010780
        regs_gp[31]: 800107c0
   
   Panic Log: 4 Entries: Head 3 Entry size 48
@@ -202,8 +140,5 @@ entry line is led by 32.
   $ exchanges 2
   08 00 60000000 96
   0e 00 60010000 352
-  $ kvd -b 1 -c 'tarvo paniclog all'
-  Usage: tarvo paniclog
-  
   $ KVD_SIM_FAULT=asic:GET_PANIC_LOG=3 kvd -b 1 -c 'tarvo paniclog'
   Tarvo command error. code=3.
