@@ -25,8 +25,15 @@ Usage texts.
 
 What each keyword registers; a refused registration's id prints as it came.
 
-  $ for c in 'link ALL' link rscn 'vprscn ALL' temp 'ct 0x20' 'ct 0x12345 ALL'; do kvd -c "revent $c"; done | uniq -c
-        7 eventid: 1
+  $ kvd -c 'revent link ALL'; kvd -c 'revent link'; kvd -c 'revent rscn'; kvd -c 'revent vprscn ALL'
+  eventid: 1
+  eventid: 1
+  eventid: 1
+  eventid: 1
+  $ kvd -c 'revent temp'; kvd -c 'revent ct 0x20'; kvd -c 'revent ct 0x12345 ALL'
+  eventid: 1
+  eventid: 1
+  eventid: 1
   $ grep Register trace
   RegisterForEvent(board=0, mask=0x81, port=0, size=168, flags=0) = 1
   RegisterForEvent(board=0, mask=0x1, port=0, size=168, flags=0) = 1

@@ -25,15 +25,19 @@ The list starts empty; the port logs in through the preferred FCF.
   \tFCMap x0efc00 (esc)
   \tPriority 130 (esc)
   \tState 1 available (esc)
-  $ for c in fcoegetlist fcoegetfcflist; do kvd -c $c; echo "[$?]"; kvd -b 1 -c "$c x"; echo "[$?]"; done 2>&1 | paste -d' ' - -
-  fcoegetlist - KVD_FCoEGetConnList returned 0x5f [95]
+  $ kvd -c fcoegetlist
+  fcoegetlist - KVD_FCoEGetConnList returned 0x5f
+  [95]
+  $ kvd -c fcoegetfcflist
+  fcoegetfcflist - KVD_FCoEGetFCFTable returned 0x5f
+  [95]
+  $ for c in fcoegetlist fcoegetfcflist; do kvd -b 1 -c "$c x"; echo "[$?]"; done 2>&1 | paste -d' ' - -
   Usage: fcoegetlist <no arguments> [247]
-  fcoegetfcflist - KVD_FCoEGetFCFTable returned 0x5f [95]
   Usage: fcoegetfcflist <no arguments> [247]
 
 A list naming switch 2 moves the login there.
 
-  $ printf '1\nany\n20:02:06:4b:51:fc:01:00\nany\n0\n1\ny\n' | kvd -b 1 -c fcoesetlist -c fcoegetlist -c fcoegetfcflist | sed '/^fcoegetfcflist/,$ {/^fcoeget\|^FCF\|State/!d}'
+  $ printf '1\nany\n20:02:06:4b:51:fc:01:00\nany\n0\n1\ny\n' | kvd -b 1 -c fcoesetlist -c fcoegetlist -c fcoegetfcflist > o; sed '/^fcoegetfcflist/,$ {/^fcoeget\|^FCF\|State/!d}' o
   Number of entries (0-16, 0 for any FCF): Entry 0:
   FCF MAC (or any): Switch Name (or any): Fabric Name (or any): VLAN (0 for any): Priority (0-255): Primary entry?
   Yes or No:: Setting FCF connection list to:
@@ -84,14 +88,27 @@ Sixteen entries at most; refused answers end with -9 before writing.
   \tPriority 16 (esc)
   $ export KVD_SIM_TRACE=$PWD/trace
   $ ask() { printf -- "$1" | kvd -b 1 -c fcoesetlist > out; s=$?; tail -1 out; return $s; }
-  $ for a in '17\n' '-1\n' '1\n06:4b:51\n' '1\nany\n2001064b51fc01\n' '1\nany\nany\nzz\n' '1\nany\nany\nany\n4095\n' '1\nany\nany\nany\n0\n256\n'; do ask "$a"; echo "[$?]"; done 2>&1 | paste -d' ' - -
-  Number of entries (0-16, 0 for any FCF): Number of entries invalid [247]
-  Number of entries (0-16, 0 for any FCF): Number of entries invalid [247]
-  FCF MAC not converted [247]
-  Switch Name not converted [247]
-  Fabric Name not converted [247]
-  FCF MAC (or any): Switch Name (or any): Fabric Name (or any): VLAN (0 for any): VLAN value invalid [247]
-  FCF MAC (or any): Switch Name (or any): Fabric Name (or any): VLAN (0 for any): Priority (0-255): Priority value invalid [247]
+  $ ask '17\n'
+  Number of entries (0-16, 0 for any FCF): Number of entries invalid
+  [247]
+  $ ask '-1\n'
+  Number of entries (0-16, 0 for any FCF): Number of entries invalid
+  [247]
+  $ ask '1\n06:4b:51\n'
+  FCF MAC not converted
+  [247]
+  $ ask '1\nany\n2001064b51fc01\n'
+  Switch Name not converted
+  [247]
+  $ ask '1\nany\nany\nzz\n'
+  Fabric Name not converted
+  [247]
+  $ ask '1\nany\nany\nany\n4095\n'
+  FCF MAC (or any): Switch Name (or any): Fabric Name (or any): VLAN (0 for any): VLAN value invalid
+  [247]
+  $ ask '1\nany\nany\nany\n0\n256\n'
+  FCF MAC (or any): Switch Name (or any): Fabric Name (or any): VLAN (0 for any): Priority (0-255): Priority value invalid
+  [247]
   $ grep -c '^KVD_FCoESetConnList' trace
   0
   [1]
@@ -146,13 +163,24 @@ Per-target FCP priority, active while the global flag is on.
 
 Refusals and limits.
 
-  $ for a in '10:00:06:4b:51:a7:00:44 1 1' '21:00:06:4b:51:d9:00:01 1 1' '21:00:06:4b:51:d0:00:02 8 1' '21:00:06:4b:51:d0:00:02 1 2' '21:00:06:4b:51 1 1' '21:00:06:4b:51:d0:00:02 1'; do kvd -c "setfcpconfig $a"; echo "[$?]"; done 2>&1 | paste -d' ' - -
-  Cannot issue command [252]
-  Cannot issue command [252]
-  Usage: setfcpconfig <target wwpn> <priority 0-7> <flag 0-off, 1-on> [247]
-  Usage: setfcpconfig <target wwpn> <priority 0-7> <flag 0-off, 1-on> [247]
-  arg 21:00:06:4b:51 - arg length 14 or missing ':' [251]
-  Usage: setfcpconfig <target wwpn> <priority 0-7> <flag 0-off, 1-on> [247]
+  $ kvd -c "setfcpconfig 10:00:06:4b:51:a7:00:44 1 1"
+  Cannot issue command
+  [252]
+  $ kvd -c "setfcpconfig 21:00:06:4b:51:d9:00:01 1 1"
+  Cannot issue command
+  [252]
+  $ kvd -c "setfcpconfig 21:00:06:4b:51:d0:00:02 8 1"
+  Usage: setfcpconfig <target wwpn> <priority 0-7> <flag 0-off, 1-on>
+  [247]
+  $ kvd -c "setfcpconfig 21:00:06:4b:51:d0:00:02 1 2"
+  Usage: setfcpconfig <target wwpn> <priority 0-7> <flag 0-off, 1-on>
+  [247]
+  $ kvd -c "setfcpconfig 21:00:06:4b:51 1 1"
+  arg 21:00:06:4b:51 - arg length 14 or missing ':'
+  [251]
+  $ kvd -c "setfcpconfig 21:00:06:4b:51:d0:00:02 1"
+  Usage: setfcpconfig <target wwpn> <priority 0-7> <flag 0-off, 1-on>
+  [247]
   $ kvd -c 'getfcpconfig 1'
   Usage: getfcpconfig <no arguments>
   [247]

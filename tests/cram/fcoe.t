@@ -121,11 +121,16 @@ VLAN 4000 has no FCF: the link stays down; VLAN 1002 brings it back.
 
 VLANs 1 to 4094; a Fibre Channel board has no FCoE parameters.
 
-  $ for t in 0000 0fff 0ffe 0001; do ask "y\n00fc0e\n1\n$t\n"; echo "[$?]"; done 2>&1 | paste -d' ' - -
-  fcoesetparams - KVD_FCoESetParams returned 0x16 [22]
-  fcoesetparams - KVD_FCoESetParams returned 0x16 [22]
-  fcoesetparams - KVD_FCoESetParams returned 0x0 [0]
-  fcoesetparams - KVD_FCoESetParams returned 0x0 [0]
+  $ ask "y\n00fc0e\n1\n0000\n"
+  fcoesetparams - KVD_FCoESetParams returned 0x16
+  [22]
+  $ ask "y\n00fc0e\n1\n0fff\n"
+  fcoesetparams - KVD_FCoESetParams returned 0x16
+  [22]
+  $ ask "y\n00fc0e\n1\n0ffe\n"
+  fcoesetparams - KVD_FCoESetParams returned 0x0
+  $ ask "y\n00fc0e\n1\n0001\n"
+  fcoesetparams - KVD_FCoESetParams returned 0x0
   $ printf 'y\n00fc0e\n0\n' | kvd -c fcoesetparams | tail -1
   fcoesetparams - KVD_FCoESetParams returned 0x5f
 

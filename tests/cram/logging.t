@@ -53,9 +53,12 @@ refused.
   $ grep -o '^KVD_Set[A-Za-z]*([^)]*) = [0-9]*' trace
   KVD_SetDriverLogMask(board=0, mask=511) = 0
   KVD_SetLibLogging(mask=36) = 0
-  $ for a in 'drv 200' 'lib 40'; do kvd -c "logging $a"; echo "[$?]"; done 2>&1 | paste -d' ' - -
-  Cannot issue command [252]
-  Cannot issue command [252]
+  $ kvd -c "logging drv 200"
+  Cannot issue command
+  [252]
+  $ kvd -c "logging lib 40"
+  Cannot issue command
+  [252]
   $ grep -o '^KVD_Set[A-Za-z]*([^)]*) = [0-9]*' trace | tail -2
   KVD_SetDriverLogMask(board=0, mask=512) = 22
   KVD_SetLibLogging(mask=64) = 22

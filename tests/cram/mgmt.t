@@ -55,7 +55,8 @@ RNID: port (p...) or node identification (anything else); a 76-byte accept.
   
      0: 00000002  340010df  4b060021  0100d051  
     10: 4b060020  0100d051  4f545351  31372052  
-  $ kvd -c 'rnid 20:00:06:4b:51:d0:00:01 x' > /dev/null; kvd -c 'rnid 2100064b51d00002 port' > /dev/null
+  $ kvd -c 'rnid 20:00:06:4b:51:d0:00:01 x' > /dev/null
+  $ kvd -c 'rnid 2100064b51d00002 port' > /dev/null
   $ grep -o '^SendRNID([^)]*)' trace
   SendRNID(board=0, wwn=21:00:06:4b:51:d0:00:02, type=1, length=1024)
   SendRNID(board=0, wwn=20:00:06:4b:51:d0:00:01, type=0, length=1024)

@@ -3,6 +3,7 @@ SCSI commands to board 0's targets: two ports of one storage node (d0:00:01,
 
   $ export KVD_SIM_TRACE=$PWD/trace
   $ last() { grep "^$1(" trace | tail -1 | sed 's/.*) = /= /'; }
+  $ line() { kvd -c "$2" > o 2>&1; r=$?; sed -n "$1p" o; return $r; }
   $ A=21:00:06:4b:51:d0:00:01 B=21:00:06:4b:51:d0:00:02 L=10:00:06:4b:51:a0:00:10
 
 Word counts; the WWN is read before the sub-command.
@@ -71,15 +72,15 @@ Standard INQUIRY data and the VPD pages 0, 0x80 and 0x83.
   Sense Buffer: 0
   $ last SendScsiInquiry
   = 0 command=INQUIRY lun=0000000000000000 cdb=120000008000
-  $ kvd -c "sendscsi inquiry $A 0 1 0" | sed -n 3p
+  $ line 3 "sendscsi inquiry $A 0 1 0"
      0: 00000003  008083                        .......
-  $ kvd -c "sendscsi inquiry $A 1 1 0x80" | sed -n 3p
+  $ line 3 "sendscsi inquiry $A 1 1 0x80"
      0: 0080000c  51534430  30303031  30303031  ....QSD000010001
-  $ kvd -c "sendscsi inquiry $A 1 1 0x83" | sed -n 3,5p
+  $ line 3,5 "sendscsi inquiry $A 1 1 0x83"
      0: 00830020  01030010  6064b51d  00001000  ... ....`d......
     10: 00000000  00000001  01930008  2100064b  ............!..K
     20: 51d00001                                Q...
-  $ kvd -c "sendscsi inquirywwn $L $B 1 1 0x83" | sed -n '3,5p'
+  $ line 3,5 "sendscsi inquirywwn $L $B 1 1 0x83"
      0: 00830020  01030010  6064b51d  00001000  ... ....`d......
     10: 00000000  00000001  01930008  2100064b  ............!..K
     20: 51d00002                                Q...
@@ -101,7 +102,7 @@ Invalid fields in the CDB; an evpd of 256 is 0 in eight bits.
 
 LUNs: the low 16 bits, big-endian; no unit at LUN 5 (qualifier 3).
 
-  $ kvd -c "sendscsi inquiry $A 5 0" | sed -n 3p
+  $ line 3 "sendscsi inquiry $A 5 0"
      0: 7f000612  1f000002  00000000  00000000  ................
   $ last SendScsiInquiry
   = 0 command=INQUIRY lun=0005000000000000 cdb=120000008000
@@ -118,11 +119,11 @@ Capacity: LUN 0 1 GiB, LUN 1 10 MiB; the local-port form takes a plain LUN.
   
      0: 001fffff  00000200                      ........
   Sense Buffer: 0
-  $ kvd -c "sendscsi readcapwwn $L $A 1" | sed -n 3p
+  $ line 3 "sendscsi readcapwwn $L $A 1"
      0: 00004fff  00000200                      ..O.....
   $ last KVD_SendReadCapacityByWWN
   = 0 command=READ_CAPACITY_10 lun=0001000000000000 cdb=25000000000000000000
-  $ kvd -c "sendscsi readcap $A 5" | sed -n 4p
+  $ line 4 "sendscsi readcap $A 5"
      0: 70000500  0000000a  00000000  25000000  p...........%...
   $ kvd -c "sendscsi reportlun $A"
   Rsp Buffer: 24
@@ -132,7 +133,7 @@ Capacity: LUN 0 1 GiB, LUN 1 10 MiB; the local-port form takes a plain LUN.
   Sense Buffer: 0
   $ last SendReportLUNs
   = 0 command=REPORT_LUNS lun=0000000000000000 cdb=a00000000000000002000000
-  $ kvd -c "sendscsi reportlunwwn $L $B" | sed -n 3p
+  $ line 3 "sendscsi reportlunwwn $L $B"
      0: 00000010  00000000  00000000  00000000  ................
 
 Reads and writes: at most 10240 bytes; the sense buffer follows the data.
@@ -179,18 +180,18 @@ either port for the life of the library, a partial block keeps the rest.
    240: 3c3c3c3c  3c3c3c3c  3c3c3c3c  3c3c3c3c  <<<<<<<<<<<<<<<<
    250: 3c3c3c3c  3c3c3c3c  00000000  00000000  <<<<<<<<........
    260: 00000000  00000000  00000000  00000000  ................
-  $ kvd -c "sendscsi read $A 0 100 16" | sed -n 3p
+  $ line 3 "sendscsi read $A 0 100 16"
      0: 00000000  00000000  00000000  00000000  ................
 
 Sense data: past the last block, an unknown operation, no unit; TEST UNIT READY.
 
-  $ kvd -c "sendscsi read $A 1 20479 1024" | sed -n 4p
+  $ line 4 "sendscsi read $A 1 20479 1024"
      0: 70000500  0000000a  00000000  21000000  p...........!...
-  $ kvd -c "sendscsi cdb $A 0 0x55" | sed -n 4p
+  $ line 4 "sendscsi cdb $A 0 0x55"
      0: 70000500  0000000a  00000000  20000000  p........... ...
   $ last SendScsiCDB
   = 0 lun=0000000000000000 cdb=55000000000000000000 status=02
-  $ kvd -c "sendscsi cdb $A 7 0" | sed -n 4p
+  $ line 4 "sendscsi cdb $A 7 0"
      0: 70000500  0000000a  00000000  25000000  p...........%...
   $ kvd -c "sendscsi cdb $A 1 0"
   Rsp Buffer: 0
@@ -204,16 +205,27 @@ Sense data: past the last block, an unknown operation, no unit; TEST UNIT READY.
 
 Refusals, the eight-bit and flat-space limits, a link down, an offline board.
 
-  $ for c in "readcap 21:00:06:4b:51:d9:00:09 0" "readcap 10:00:06:4b:51:a7:00:44 0" "readcapwwn $A $A 0" "cdb $A 0 0x100" "inquiry $A 0 1 0x100" "readcapwwn $L $A 16384"; do kvd -c "sendscsi $c"; echo "[$?]"; done 2>&1 | paste -d' ' - -
-  Cannot issue command [252]
-  Cannot issue command [252]
-  Cannot issue command [252]
-  Cannot issue command [252]
-  Cannot issue command [252]
-  Cannot issue command [252]
-  $ kvd -c "sendscsi cdb $A 0 0xff" | sed -n 4p
+  $ kvd -c "sendscsi readcap 21:00:06:4b:51:d9:00:09 0"
+  Cannot issue command
+  [252]
+  $ kvd -c "sendscsi readcap 10:00:06:4b:51:a7:00:44 0"
+  Cannot issue command
+  [252]
+  $ kvd -c "sendscsi readcapwwn $A $A 0"
+  Cannot issue command
+  [252]
+  $ kvd -c "sendscsi cdb $A 0 0x100"
+  Cannot issue command
+  [252]
+  $ kvd -c "sendscsi inquiry $A 0 1 0x100"
+  Cannot issue command
+  [252]
+  $ kvd -c "sendscsi readcapwwn $L $A 16384"
+  Cannot issue command
+  [252]
+  $ line 4 "sendscsi cdb $A 0 0xff"
      0: 70000500  0000000a  00000000  20000000  p........... ...
-  $ kvd -c "sendscsi inquiry $A 0 1 0xff" | sed -n 4p
+  $ line 4 "sendscsi inquiry $A 0 1 0xff"
      0: 70000500  0000000a  00000000  24000000  p...........$...
   $ kvd -c "sendscsi readcapwwn $L $A 16383" | sed -n 4p; last KVD_SendReadCapacityByWWN
      0: 70000500  0000000a  00000000  25000000  p...........%...

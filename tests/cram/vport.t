@@ -7,7 +7,7 @@ vports, one fabric NPIV login; 1: loop; 2: NPIV disabled; 3: SLI-2).
 
 A vport's life in one process: created, listed, its nodes, its host, deleted.
 
-  $ kvd -c vpgetres -c 'vpcreate 0' -c vpgetlist -c "vpgetattr $P" | sed 2,12d
+  $ kvd -c vpgetres -c 'vpcreate 0' -c vpgetlist -c "vpgetattr $P" > o; sed 2,12d o
   VP Resources: vlinks_max 64  vlinks_inuse 0  rpi_max 512  rpi_inuse 6
   Dumping 1 vports:
   VPORT 0:
