@@ -37,7 +37,7 @@ The list starts empty; the port logs in through the preferred FCF.
 
 A list naming switch 2 moves the login there.
 
-  $ printf '1\nany\n20:02:06:4b:51:fc:01:00\nany\n0\n1\ny\n' | kvd -b 1 -c fcoesetlist -c fcoegetlist -c fcoegetfcflist > o; sed '/^fcoegetfcflist/,$ {/^fcoeget\|^FCF\|State/!d}' o
+  $ printf '1\nany\n20:02:06:4b:51:fc:01:00\nany\n0\n1\ny\n' | kvd -b 1 -c fcoesetlist -c fcoegetlist -c fcoegetfcflist > o; r=$?; sed '/^fcoegetfcflist/,$ {/^fcoeget\|^FCF\|State/!d}' o; (exit $r)
   Number of entries (0-16, 0 for any FCF): Entry 0:
   FCF MAC (or any): Switch Name (or any): Fabric Name (or any): VLAN (0 for any): Priority (0-255): Primary entry?
   Yes or No:: Setting FCF connection list to:

@@ -4,10 +4,11 @@ vports, one fabric NPIV login; 1: loop; 2: NPIV disabled; 3: SLI-2).
   $ export KVD_SIM_TRACE=$PWD/trace
   $ F=$KVD_FLEETS/npiv.json
   $ P=24:00:06:4b:51:e8:00:01 N=28:00:06:4b:51:e8:00:01
+  $ f() { e=$1; shift; kvd "$@" > o 2>&1; r=$?; sed "$e" o; return $r; }
 
 A vport's life in one process: created, listed, its nodes, its host, deleted.
 
-  $ kvd -c vpgetres -c 'vpcreate 0' -c vpgetlist -c "vpgetattr $P" > o; sed 2,12d o
+  $ f 2,12d -c vpgetres -c 'vpcreate 0' -c vpgetlist -c "vpgetattr $P"
   VP Resources: vlinks_max 64  vlinks_inuse 0  rpi_max 512  rpi_inuse 6
   Dumping 1 vports:
   VPORT 0:
