@@ -45,7 +45,8 @@ What each keyword registers; a refused registration's id prints as it came.
   $ KVD_SIM_FAULT=RegisterForEvent=0 kvd -c 'revent link'
   eventid: 0
 
-Link events after downlink and initlink; without ALL only the first.
+Link events after downlink and initlink; without ALL only the first; on a
+loop the event carries the loop map.
 
   $ cat > cmds <<'X'
   > revent link ALL
@@ -79,9 +80,6 @@ Link events after downlink and initlink; without ALL only the first.
   unRegisterForEvent(board=0, event_id=0) = 0
   unRegisterForEvent(board=1, event_id=0) = 0
   unRegisterForEvent(board=2, event_id=0) = 0
-
-On a loop the event carries the loop map: entries 1 to a_alpaCnt.
-
   $ KVD_SIM_FLEET=$KVD_FLEETS/loop.json kvd < cmds > out
   [1]
   $ events out | grep ALPAmap

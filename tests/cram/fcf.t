@@ -79,7 +79,8 @@ A VLAN no FCF serves admits nothing; a MAC entry admits that FCF.
   \tMAC 06:4b:51:fc:01:02 (esc)
   \tState 2 logged in (esc)
 
-Sixteen entries at most; refused answers end with -9 before writing.
+Sixteen entries at most; refused answers end with -9 before writing; more
+FCFs than the shell's room of 32.
 
   $ for i in $(seq 16); do printf 'any\nany\nany\n0\n%d\nn\n' $i; done > sixteen
   $ (echo 16; cat sixteen) | kvd -b 1 -c fcoesetlist -c fcoegetlist | tail -3
@@ -115,9 +116,6 @@ Sixteen entries at most; refused answers end with -9 before writing.
   $ kvd -c fcoesetlist
   fcoesetlist - KVD_FCoEGetConnList returned 0x5f
   [95]
-
-More FCFs than the shell's room of 32.
-
   $ cat > fleet.json <<'JSON'
   > { "boards": [ { "board": 0, "wwpn": "10:00:06:4b:51:a0:04:00", "protocol": "fcoe",
   >   "port": { "fcfs": [ { "mac": "06:4b:51:fc:09:01", "switch_name": "20:01:06:4b:51:fc:09:00",

@@ -21,7 +21,7 @@ nodeinfo: fabric ports, then remote ports; mapped targets carry their id.
   No Node Info available
   [249]
 
-Twenty nodes page after the 16th; none under -c.
+Twenty nodes page after the 16th, none under -c; vpdinfo (its usage returns 0).
 
   $ printf 'nodeinfo\n\nnodeinfo\nx\nquit\n' | KVD_SIM_FLEET=$N kvd | grep -c '^ *[0-9a-f]* *[0-9a-f] 00'
   36
@@ -34,9 +34,6 @@ Twenty nodes page after the 16th; none under -c.
   $ printf 'set lines 0\nnodeinfo\nquit\n' | KVD_SIM_FLEET=$N kvd | grep -c Hit
   0
   [1]
-
-vpdinfo; its usage text returns 0.
-
   $ kvd -c vpdinfo
   Model Description: QM8-F2 8Gb 2-port-capable PCIe Fibre Channel Adapter
   Model Name: QM8-F2

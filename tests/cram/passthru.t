@@ -24,7 +24,8 @@ sendfcp: one 512-byte block; word counts, the WWN fallback, the sub-command.
   $ grep '^SendFcpCmd' trace | tail -1 | cut -d, -f2
    wwpn=21:00:06:4b:51:d0:00:02
 
-The command block (LUN, direction, CDB, length); patterned and zero writes.
+The command block (LUN, direction, CDB, length); patterned and zero writes; a
+CHECK CONDITION in the FCP response, with its sense data.
 
   $ printf 'sendfcp write %s 0 0x010203 512 0x5a\nsendfcp read %s 0 0x010203 512\nquit\n' $A $B | kvd > out
   [1]
@@ -45,9 +46,6 @@ The command block (LUN, direction, CDB, length); patterned and zero writes.
     10: 00000000  00000000  
   $ grep -c '^SendFcpCmd.*data=0\{1024\} ' trace
   1
-
-A CHECK CONDITION in the FCP response, with its sense data.
-
   $ kvd -c "sendfcp read $A 1 20480 512"
   Data Buffer: 0
   
@@ -127,7 +125,8 @@ RLS, RPS, RPL (F_Port and N_Port) and RNID.
   $ last KVD_SendELSCmd
   = 0 command=RNID in=78000000df000000 out=02000000df1000342100064b51d000012000064b51d000015153544f520000000000000000000000000000090000000000000001000000000000000000000000000000000000000000000000
 
-The dump pages in an interactive session; "x" ends it.
+The dump pages in an interactive session ("x" ends it); LS_RJT from nobody
+and from a fault rule.
 
   $ printf 'set lines 2\nels echo 0x010300 32\n\nels echo 0x010300 32\nx\nquit\n' | kvd | sed -n '/reqsize/,$p'
   cmd> cmd> reqsize: x20 data x00 -- rspsize: x20 data xff
@@ -144,9 +143,6 @@ The dump pages in an interactive session; "x" ends it.
    Hit <CR> to continue (x to abort): 
   
   cmd>  (no-eol)
-
-LS_RJT from nobody and from a fault rule.
-
   $ kvd -c 'els rnid 0x123456'
   reqsize: x8 data x00 -- rspsize: x8 data xff
   

@@ -6,7 +6,8 @@ SCSI commands to board 0's targets: two ports of one storage node (d0:00:01,
   $ line() { kvd -c "$2" > o 2>&1; r=$?; sed -n "$1p" o; return $r; }
   $ A=21:00:06:4b:51:d0:00:01 B=21:00:06:4b:51:d0:00:02 L=10:00:06:4b:51:a0:00:10
 
-Word counts; the WWN is read before the sub-command.
+Word counts; the WWN is read before the sub-command; the local-port forms'
+remote WWN has no fallback.
 
   $ kvd -c 'sendscsi inquiry'
   Usage: sendscsi inquiry   wwpn lun evpd [pagecode]
@@ -38,9 +39,6 @@ Word counts; the WWN is read before the sub-command.
   Usage: sendscsi inquirywwn lwwpn rwwpn lun evpd pagecode [247]
   $ grep -c '^Send\|^KVD_Send' trace || :
   0
-
-The local-port forms' remote WWN has no fallback.
-
   $ kvd -c "sendscsi reportlunwwn $L"
   arg  - arg length 0 or missing ':'
   sendscsi: bad remote wwpn
@@ -61,7 +59,8 @@ With a default WWN set, a WWN word that does not parse names that target.
   $ grep '^SendReadCapacity' trace | tail -1 | cut -d, -f2
    wwpn=21:00:06:4b:51:d0:00:02
 
-Standard INQUIRY data and the VPD pages 0, 0x80 and 0x83.
+Standard INQUIRY data and the VPD pages 0, 0x80 and 0x83; invalid fields in
+the CDB; an evpd of 256 is 0 in eight bits.
 
   $ kvd -c "sendscsi inquiry $A 0 0"
   Rsp Buffer: 36
@@ -86,9 +85,6 @@ Standard INQUIRY data and the VPD pages 0, 0x80 and 0x83.
     20: 51d00002                                Q...
   $ last KVD_SendScsiInquiryByWWN
   = 0 command=INQUIRY lun=0001000000000000 cdb=120183008000
-
-Invalid fields in the CDB; an evpd of 256 is 0 in eight bits.
-
   $ kvd -c "sendscsi inquiry $A 0 1 0xb0"
   Rsp Buffer: 0
   Sense Buffer: 18

@@ -229,6 +229,7 @@ viewCallback 1 prints a line per event; unknown kinds print "Unhandled".
   cmd> 
 
 Events the boards raise: a check condition, a bus reset, arrival after reset.
+Releasing the board's subscriptions drops its SD ones too.
 
   $ A=$(kvd -c "sd_all_events 0 $Z 1" | sed -n 's/^Portname:\([^ ]*\) .*/\1/p' | head -1)
   $ cat > cmds <<X
@@ -245,9 +246,6 @@ Events the boards raise: a check condition, a bus reset, arrival after reset.
   libkvd sd: event board 0 category 0x4 subcategory 0x4 handle 1
   libkvd sd: event board 0 category 0x4 subcategory 0x20 handle 2
   libkvd sd: event board 0 category 0x10 subcategory 0x1 handle 3
-
-Releasing the board's subscriptions drops its SD ones too.
-
   $ printf "sd_revent 0 $Z 1 1\nsd_test_env\nsd_show_events\nsd_test_env\nquit\n" | kvd | body
   cmd> category ELS  subcategory PLOGI
   New handle 1 created, required for deregister

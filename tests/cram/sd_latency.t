@@ -56,7 +56,8 @@ Usage texts and refusals.
   [1]
 
 The bucket (on board 1) and a collection read back at each step; the shell's
-own SCSI command is counted too.
+own SCSI command is counted too. Twelve targets overflow the 800-byte buffer;
+a board without targets has no nodes.
 
   $ T=21:00:06:4b:51:d0:00:01
   $ cat > cmds <<X
@@ -145,10 +146,6 @@ own SCSI command is counted too.
   $ grep -o '^KVD_SD_Get_Data.*targets=[0-9]*' trace | tail -2
   KVD_SD_Get_Data(board=0, vport=00:00:00:00:00:00:00:00, mode=1, size=800) = 0 targets=3
   KVD_SD_Get_Data(board=0, vport=00:00:00:00:00:00:00:00, mode=1, size=800) = 0 targets=3
-
-Twelve targets: the 800-byte buffer is too small and is read again; a board
-without targets has no nodes.
-
   $ python3 - > many.json <<'X'
   > import json
   > ports = [{"wwpn": "21:00:06:4b:51:e1:00:%02x" % i, "wwnn": "20:00:06:4b:51:e1:00:%02x" % i,

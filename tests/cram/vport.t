@@ -6,7 +6,8 @@ vports, one fabric NPIV login; 1: loop; 2: NPIV disabled; 3: SLI-2).
   $ P=24:00:06:4b:51:e8:00:01 N=28:00:06:4b:51:e8:00:01
   $ f() { e=$1; shift; kvd "$@" > o 2>&1; r=$?; sed "$e" o; return $r; }
 
-A vport's life in one process: created, listed, its nodes, its host, deleted.
+A vport's life in one process: created, listed, its nodes, its host, deleted;
+the RSCNs to the board's port and to the other vports.
 
   $ f 2,12d -c vpgetres -c 'vpcreate 0' -c vpgetlist -c "vpgetattr $P"
   VP Resources: vlinks_max 64  vlinks_inuse 0  rpi_max 512  rpi_inuse 6
@@ -78,9 +79,6 @@ A vport's life in one process: created, listed, its nodes, its host, deleted.
   KVD_VPCreate(board=0, ver=3, wwpn=00:00:00:00:00:00:00:00, wwnn=00:00:00:00:00:00:00:00, options=0x0) = 0 did=0x010201 host=7
   KVD_VPDeleteV2(board=0, wwpn=24:00:06:4b:51:e8:00:01, options=0x0) = 0
   vpGetPhys(host=7) = 2
-
-RSCNs to the board's port and to the other vports.
-
   $ kvd -c 'vpcreate 0' -c 'vpcreate 0' -c "vpdelete 0 $P" -c 'getevent 10' | sed -n '/deleted/,$p'
   vport deleted.
   Event Data1    Data2    Data3    Data4    5 Entries 0 Missed
@@ -156,7 +154,8 @@ Link down: vports lose their addresses and log in again when it comes back.
   PortFcId:: x0
   State: x1
 
-Limits: two vports on board 0 and one fabric NPIV login.
+Limits: two vports on board 0 and one fabric NPIV login; boards that are not
+ready: a loop, NPIV disabled, SLI-2.
 
   $ KVD_SIM_FLEET=$F kvd -c 'vpcreate 0' -c 'vpcreate 0' -c 'vpcreate 0' -c vpgetres -c vpnpivrdy | grep 'PortFcId\|State\|failed\|VP \|checklist\|resources'
   PortFcId:: xa0101
@@ -168,9 +167,6 @@ Limits: two vports on board 0 and one fabric NPIV login.
   NPIV Ready checklist: 0x77
         HBA resources : 0
      Fabric resources : 0
-
-Boards that are not ready: a loop, NPIV disabled, SLI-2.
-
   $ KVD_SIM_FLEET=$F kvd -b 1 -c vpnpivrdy -c 'vpcreate 0' | grep 'checklist\|State\|PortFcId'
   NPIV Ready checklist: 0x1f
   PortFcId:: x0
