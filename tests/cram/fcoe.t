@@ -39,13 +39,16 @@ The dialogue: defaults first, then one answer a line. "n" changes nothing.
 Refused answers end with -9 before the library is called.
 
   $ ask() { printf "$1" | kvd -b 1 -c fcoesetparams > out; s=$?; tail -1 out; return $s; }
-  $ for a in 'x\n' '' '\n' 'y\nzz\n' 'y\n00fc0e\n2\n' 'y\n00fc0e\nx\n' 'y\n00fc0e\n1\n'; do ask "$a"; echo "[$?]"; done 2>&1 | paste -d' ' - -
+  $ for a in 'x\n' '' '\n' 'y\nzz\n' 'y\n0efcxx\n' 'y\n00fc0e\n2\n' 'y\n00fc0e\n-1\n' 'y\n00fc0e\nx\n' 'y\n00fc0e\n1\n0g\n' 'y\n00fc0e\n1\n'; do ask "$a"; echo "[$?]"; done 2>&1 | paste -d' ' - -
   Did not understand response [247]
   Did not understand response [247]
   Did not understand response [247]
   FCMap values not converted [247]
+  FCMap values not converted [247]
   VLAN Valid value invalid [247]
   VLAN Valid value invalid [247]
+  VLAN Valid value invalid [247]
+  VLAN_Tag values not converted [247]
   VLAN_Tag values not converted [247]
   $ kvd -b 1 -c 'fcoesetparams 1'
   Usage: fcoesetparams <no arguments>
@@ -153,7 +156,8 @@ FCP priority on and off.
   $ grep '^KVD_QoSSetGlobalFlag(' trace | tail -2
   KVD_QoSSetGlobalFlag(board=0, flag=1) = 0 command=QOS_SET_FLAG
   KVD_QoSSetGlobalFlag(board=0, flag=0) = 0 command=QOS_SET_FLAG
-  $ for c in 'setfcppriority 2' setfcppriority 'getfcppriority 1'; do kvd -c "$c"; echo "[$?]"; done 2>&1 | paste -d' ' - -
+  $ for c in 'setfcppriority 2' 'setfcppriority -1' setfcppriority 'getfcppriority 1'; do kvd -c "$c"; echo "[$?]"; done 2>&1 | paste -d' ' - -
+  Usage: <flag 0-off, 1-on> [247]
   Usage: <flag 0-off, 1-on> [247]
   Usage: <flag 0-off, 1-on> [247]
   Usage: <no arguments> [247]

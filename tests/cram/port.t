@@ -152,7 +152,7 @@ SLI status counters move between reads; clearing returns them and restarts.
   Usage: slireadstat clearCounters
   $ calls KVD_IssueMboxWithRetry
   0
-  $ printf '%s\n' 'slireadstat 0' 'slireadstat 1' 'slireadstat 0' quit | kvd | sed -n '/^cmd>/,$p' | sed '15,$ {/^cmd>\|xmitByte\|totalOrig/!d}'
+  $ printf '%s\n' 'slireadstat 0' 'slireadstat 1' 'slireadstat 0' quit | kvd | sed -n '/^cmd>/,$p'
   cmd> Read Status Command: Status: 0x0
   activeXriCnt                3
   activeRpiCnt                6
@@ -167,11 +167,31 @@ SLI status counters move between reads; clearing returns them and restarts.
   rcvPbsyCnt                  0
   rcvFbsyCnt                  0
   cmd> Read Status Command: Status: 0x0
+  activeXriCnt                3
+  activeRpiCnt                6
   xmitByteCnt             84480
+  rcvByteCnt             232960
+  xmitFrameCnt               80
+  rcvFrameCnt               112
+  xmitSeqCnt                 20
+  rcvSeqCnt                  28
   totalOrigExchanges         10
+  totalRespExchanges          0
+  rcvPbsyCnt                  0
+  rcvFbsyCnt                  0
   cmd> Read Status Command: Status: 0x0
+  activeXriCnt                3
+  activeRpiCnt                6
   xmitByteCnt             42240
+  rcvByteCnt             116480
+  xmitFrameCnt               40
+  rcvFrameCnt                56
+  xmitSeqCnt                 10
+  rcvSeqCnt                  14
   totalOrigExchanges          5
+  totalRespExchanges          0
+  rcvPbsyCnt                  0
+  rcvFbsyCnt                  0
   cmd>  (no-eol)
   $ grep -o '^KVD_IssueMboxWithRetry([^)]*)' trace | tail -1
   KVD_IssueMboxWithRetry(board=0, words_in=32, words_out=64, retries=5, delay=100)

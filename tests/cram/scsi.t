@@ -71,14 +71,17 @@ the CDB; an evpd of 256 is 0 in eight bits.
   Sense Buffer: 0
   $ last SendScsiInquiry
   = 0 command=INQUIRY lun=0000000000000000 cdb=120000008000
-  $ line 3 "sendscsi inquiry $A 0 1 0"
+  $ line 3,4 "sendscsi inquiry $A 0 1 0"
      0: 00000003  008083                        .......
-  $ line 3 "sendscsi inquiry $A 1 1 0x80"
+  Sense Buffer: 0
+  $ line 3,4 "sendscsi inquiry $A 1 1 0x80"
      0: 0080000c  51534430  30303031  30303031  ....QSD000010001
-  $ line 3,5 "sendscsi inquiry $A 1 1 0x83"
+  Sense Buffer: 0
+  $ line 3,6 "sendscsi inquiry $A 1 1 0x83"
      0: 00830020  01030010  6064b51d  00001000  ... ....`d......
     10: 00000000  00000001  01930008  2100064b  ............!..K
     20: 51d00001                                Q...
+  Sense Buffer: 0
   $ line 3,5 "sendscsi inquirywwn $L $B 1 1 0x83"
      0: 00830020  01030010  6064b51d  00001000  ... ....`d......
     10: 00000000  00000001  01930008  2100064b  ............!..K
@@ -115,11 +118,15 @@ Capacity: LUN 0 1 GiB, LUN 1 10 MiB; the local-port form takes a plain LUN.
   
      0: 001fffff  00000200                      ........
   Sense Buffer: 0
-  $ line 3 "sendscsi readcapwwn $L $A 1"
+  $ line 3,4 "sendscsi readcapwwn $L $A 1"
      0: 00004fff  00000200                      ..O.....
+  Sense Buffer: 0
   $ last KVD_SendReadCapacityByWWN
   = 0 command=READ_CAPACITY_10 lun=0001000000000000 cdb=25000000000000000000
-  $ line 4 "sendscsi readcap $A 5"
+  $ line 1,4 "sendscsi readcap $A 5"
+  Rsp Buffer: 0
+  Sense Buffer: 18
+  
      0: 70000500  0000000a  00000000  25000000  p...........%...
   $ kvd -c "sendscsi reportlun $A"
   Rsp Buffer: 24
@@ -176,18 +183,28 @@ either port for the life of the library, a partial block keeps the rest.
    240: 3c3c3c3c  3c3c3c3c  3c3c3c3c  3c3c3c3c  <<<<<<<<<<<<<<<<
    250: 3c3c3c3c  3c3c3c3c  00000000  00000000  <<<<<<<<........
    260: 00000000  00000000  00000000  00000000  ................
-  $ line 3 "sendscsi read $A 0 100 16"
+  $ line 3,4 "sendscsi read $A 0 100 16"
      0: 00000000  00000000  00000000  00000000  ................
+  Sense Buffer: 0
 
 Sense data: past the last block, an unknown operation, no unit; TEST UNIT READY.
 
-  $ line 4 "sendscsi read $A 1 20479 1024"
+  $ line 1,4 "sendscsi read $A 1 20479 1024"
+  Rsp Buffer: 0
+  Sense Buffer: 18
+  
      0: 70000500  0000000a  00000000  21000000  p...........!...
-  $ line 4 "sendscsi cdb $A 0 0x55"
+  $ line 1,4 "sendscsi cdb $A 0 0x55"
+  Rsp Buffer: 0
+  Sense Buffer: 18
+  
      0: 70000500  0000000a  00000000  20000000  p........... ...
   $ last SendScsiCDB
   = 0 lun=0000000000000000 cdb=55000000000000000000 status=02
-  $ line 4 "sendscsi cdb $A 7 0"
+  $ line 1,4 "sendscsi cdb $A 7 0"
+  Rsp Buffer: 0
+  Sense Buffer: 18
+  
      0: 70000500  0000000a  00000000  25000000  p...........%...
   $ kvd -c "sendscsi cdb $A 1 0"
   Rsp Buffer: 0

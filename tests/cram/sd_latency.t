@@ -224,7 +224,10 @@ sd_latency in reset and cumulative mode; a failed stop is GENERIC.
   WWPN:21:00:06:4b:51:d0:00:01
   HH:MM:SS          0          0         23         35         70          0          0          0          0          0          0          0          0          0          0          0          0          0          0          0 
   KVD_SD_Start_Data_Collection returned - GENERIC
-  $ grep -o '^KVD_SD_[A-Z][a-z_A-Z]*([^)]*) = [0-9]*' trace | tail -7
+  $ grep -o '^KVD_SD_[A-Z][a-z_A-Z]*([^)]*) = [0-9]*' trace | tail -10
+  KVD_SD_Get_Data(board=0, vport=00:00:00:00:00:00:00:00, mode=1, size=800) = 0
+  KVD_SD_Stop_Data_Collection(board=0, vport=00:00:00:00:00:00:00:00, mode=1) = 0
+  KVD_SD_Destroy_Bucket(board=1) = 0
   KVD_SD_Get_Granularity() = 10
   KVD_SD_Set_Bucket(board=1, type=2, base=0, step=1000) = 0
   KVD_SD_Get_Bucket(board=1) = 0
