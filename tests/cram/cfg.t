@@ -1,6 +1,5 @@
-Driver configuration parameters. Board 0 of the default fleet is a Fibre
-Channel board (21 parameters), board 1 an FCoE board. Several -c options
-run in one process, in order, and stop at the first failing command.
+Driver parameters: board 0 FC (21), board 1 FCoE. -c options stop at the
+first failure.
 
   $ export KVD_SIM_TRACE=$PWD/trace
   $ calls() { grep "^$1(" trace | sed 's/ in=.*//'; }
@@ -69,8 +68,8 @@ setcfg needs a list first, and takes the value with base detection.
   Usage: setcfg cfgstring value
   [247]
 
-Range limits: lun_queue_depth runs from 1 to 128; the shell leaves the
-check to the library. A dynamic parameter shows its new value at once.
+lun_queue_depth runs from 1 to 128 (checked by the library); an unknown name
+goes as the index one past the list.
 
   $ q() { kvd -c getcfg -c "setcfg lun_queue_depth $1" -c getcfg | grep lun_queue_depth | tail -1; }
   $ q 1
@@ -88,19 +87,14 @@ check to the library. A dynamic parameter shows its new value at once.
   SetCfgParam(board=0, index=1, value=128) = 0 command=SET_PARAM
   SetCfgParam(board=0, index=1, value=0) = 34 command=SET_PARAM
   SetCfgParam(board=0, index=1, value=129) = 34 command=SET_PARAM
-
-An unknown name goes to the library as the index one past the list.
-
   $ kvd -c getcfg -c 'setcfg nosuchname 1' > /dev/null
   Cannot issue command
   [252]
   $ calls SetCfgParam | tail -1
   SetCfgParam(board=0, index=21, value=1) = 22 command=SET_PARAM
 
-A parameter that is not dynamic (hba_queue_depth: 32 to 8192) waits for an
-adapter reset: the change state goes from 1 to 2 and back, the current
-value follows only after the reset. Setting the value in effect cancels a
-pending change.
+hba_queue_depth (32 to 8192) is not dynamic: it waits for a reset; setting
+the value in effect cancels the change.
 
   $ h() { grep hba_queue_depth; }
   $ kvd -c getcfg -c 'setcfg hba_queue_depth 32' -c getcfg -c 'reset' -c getcfg | h
@@ -112,8 +106,7 @@ pending change.
   Cannot issue command
   0x00000020 0x00002000 0x00002000 0x00002000 0x00000000 0x00000001 hba_queue_depth
 
-The list follows the board: an FCoE port has no link speed or topology but
-FCF fail-over and FIP; values the fleet loads show as current.
+The list follows the board; fleet values show as current; a failing list.
 
   $ kvd -b 1 -c getcfg | grep -c '^0x'
   19
@@ -133,9 +126,6 @@ FCF fail-over and FIP; values the fleet loads show as current.
   
   No Adapters Found
   [253]
-
-A failing list is a library failure.
-
   $ KVD_SIM_FAULT=GetCfgParam=0:once kvd -c getcfg
   Cannot issue command
   [252]

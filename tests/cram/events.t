@@ -1,7 +1,4 @@
-Event subscriptions: revent, urevent, getevent and the callbacks. Events are
-raised from outside through the event channel that KVD_SIM_EVENTS names,
-while kvd waits in its "!" command: kvdev sends the requests and prints the
-channel's replies, which come after the callbacks ran.
+Event subscriptions and callbacks; events come through kvdev while kvd waits.
 
   $ export KVD_SIM_TRACE=$PWD/trace
   $ export KVD_SIM_EVENTS=$PWD/ev
@@ -15,34 +12,18 @@ Usage texts.
   Usage: revent [route | path] route_idx [path_idx]
   Usage: revent ct {value} [ALL]
   [247]
-  $ kvd -c 'revent link 1 2 ALL'
+  $ for c in 'revent link 1 2 ALL' 'revent mlink' 'revent ALL' 'revent ct' urevent 'getevent 1 2'; do kvd -c "$c" | head -1; done
   Usage: revent [link | mlink | rscn | |vprscn | temp] [ALL]
-  Usage: revent [route | path] route_idx [path_idx]
-  Usage: revent ct {value} [ALL]
-  [247]
-  $ kvd -c 'revent mlink'
   Usage: revent [link | mlink | rscn | temp ] [ALL]
-  Usage: revent ct {value} [ALL]
-  [247]
-  $ kvd -c 'revent ALL'
   Usage: revent [link | mlink | rscn | temp ] [ALL]
-  Usage: revent ct {value} [ALL]
-  [247]
-  $ kvd -c 'revent ct'
   Usage: revent [link | mlink | rscn | temp ] [ALL]
-  Usage: revent ct {value} [ALL]
-  [247]
-  $ kvd -c urevent
   Usage: urevent event_id
-  [247]
-  $ kvd -c 'getevent 1 2'
   Usage: getevent count
-  [247]
   $ grep -c Register trace
   0
   [1]
 
-What each keyword registers: mask, record size, CT value and context.
+What each keyword registers; a refused registration's id prints as it came.
 
   $ kvd -c 'revent link ALL'; kvd -c 'revent link'; kvd -c 'revent rscn'; kvd -c 'revent vprscn ALL'
   eventid: 1
@@ -61,16 +42,11 @@ What each keyword registers: mask, record size, CT value and context.
   RegisterForEvent(board=0, mask=0x20, port=0, size=0, flags=0) = 1
   RegisterForCTEvents(board=0, ct_value=0x20, context=0x51515151) = 1
   RegisterForCTEvents(board=0, ct_value=0x2345, context=0x51515151) = 1
-
-A refused registration is not detected: the id is printed as it came.
-
   $ KVD_SIM_FAULT=RegisterForEvent=0 kvd -c 'revent link'
   eventid: 0
 
-Link events after mbox downlink and initlink: down, then up again. They
-come from the library's thread while the shell goes on, so their lines are
-shown apart from the commands' own (the channel's "sync" waits for them).
-A registration without ALL ends with its first event.
+Link events after downlink and initlink; without ALL only the first; on a
+loop the event carries the loop map.
 
   $ cat > cmds <<'X'
   > revent link ALL
@@ -104,9 +80,6 @@ A registration without ALL ends with its first event.
   unRegisterForEvent(board=0, event_id=0) = 0
   unRegisterForEvent(board=1, event_id=0) = 0
   unRegisterForEvent(board=2, event_id=0) = 0
-
-On a loop the event carries the loop map: entries 1 to a_alpaCnt.
-
   $ KVD_SIM_FLEET=$KVD_FLEETS/loop.json kvd < cmds > out
   [1]
   $ events out | grep ALPAmap
@@ -114,9 +87,7 @@ On a loop the event carries the loop map: entries 1 to a_alpaCnt.
   ALPAmap 0:
   ALPAmap 3: e8 e4 e2
 
-Events from outside show at the prompt of a running kvd: every temperature
-type, RSCN, virtual-port RSCN, and a CT request that the shell's responder
-echoes back (the channel's ctresp shows what came back).
+Events from outside: temperatures, RSCN, vport RSCN, a CT request echoed back.
 
   $ cat > reqs <<'X'
   > 0 temp 80
@@ -176,9 +147,7 @@ echoes back (the channel's ctresp shows what came back).
   $ grep '^SendMgmtResponse' trace
   SendMgmtResponse(board=0, length=10, tag=1) = 0 in=0102030405060708090a
 
-Subscriptions are dropped by id, or all of a board's with id 0; an event
-nobody subscribed to still goes into the board's event log, which getevent
-drains. Malformed requests get an error and change nothing.
+Dropping subscriptions; the event log; malformed requests.
 
   $ cat > reqs <<'X'
   > 0 temp 80
@@ -224,14 +193,11 @@ drains. Malformed requests get an error and change nothing.
   cmd> Event Data1    Data2    Data3    Data4    0 Entries 0 Missed
   cmd>  (no-eol)
 
-The log keeps the 64 newest entries; the older ones count as missed, and
-reading the count clears it. getevent pauses after each page of num_lines
-entries; x stops the listing. A count past the shared area's room asks for
-what it holds.
+The log keeps 64 entries (the rest missed); the pager; a count past the room.
 
   $ for i in $(seq 35); do echo '2 temp 80'; echo '2 temp 20'; done > reqs
   $ printf "set board 2\n! kvdev < reqs > /dev/null\nset lines 4\ngetevent 6\n\ngetevent 6\nx\nset lines 0\ngetevent 100000\nquit\n" > cmds
-  $ kvd < cmds | banner | head -22
+  $ kvd < cmds | banner | head -17
   cmd> cmd> cmd> cmd> Event Data1    Data2    Data3    Data4    6 Entries 6 Missed
   0020  00000002 00000050 00000000 00000000
   0020  00000003 00000014 00000000 00000000
@@ -249,18 +215,10 @@ what it holds.
   
    Hit <CR> to continue (x to abort): 
   cmd> cmd> Event Data1    Data2    Data3    Data4    52 Entries 0 Missed
-  0020  00000002 00000050 00000000 00000000
-  0020  00000003 00000014 00000000 00000000
-  0020  00000002 00000050 00000000 00000000
-  0020  00000003 00000014 00000000 00000000
-  0020  00000002 00000050 00000000 00000000
   $ grep '^GetEventBuffer' trace | tail -1 | cut -c1-57
   GetEventBuffer(board=2, count=3276) = 0 entries=52 out=20
 
-The channel is the process's own: a path that already exists is refused,
-and so is a directory another user could swap the socket in; the process
-creates the socket owner-only and removes it when it ends. A request line
-that is too long is answered with an error and the connection closed.
+The channel's path and directory checks, its mode, its removal, long lines.
 
   $ touch taken
   $ KVD_SIM_EVENTS=$PWD/taken kvd -c getversions
@@ -285,9 +243,7 @@ that is too long is answered with an error and the connection closed.
   ls: cannot access 'ev': No such file or directory
   [2]
 
-SIGTERM in the middle of a flood of events: the handler releases the
-subscriptions and the library while callbacks keep coming, and the shell
-ends at once with status 1; no event's lines are cut in two.
+SIGTERM during a flood: status 1 at once, no event's lines cut in two.
 
   $ mkfifo in
   $ exec 3<>in

@@ -1,13 +1,11 @@
-FCoE parameters and the global FCP priority flag. Board 1 of the default
-fleet is the FCoE board; its fabric's FCF answers under FC-MAP 0x0efc00 on
-VLAN 1002 (0x3ea). `rec CALL` prints the record the last CALL received.
+FCoE parameters and the FCP priority flag; board 1 is FCoE (FC-MAP 0x0efc00,
+VLAN 1002). `rec CALL` prints the record the last CALL received.
 
   $ export KVD_SIM_TRACE=$PWD/trace
   $ rec() { grep "^$1(" trace | tail -1 | sed 's/.* in=\([0-9a-f]*\).*/\1/'; }
   $ calls() { grep -c "^$1(" trace || :; }
 
-fcoegetparams shows the record in the library's byte order, FC-MAP bytes
-from the last; the caller sets version 1.
+fcoegetparams: the record in the library's byte order.
 
   $ kvd -b 1 -c fcoegetparams
   fcoegetparams - KVD_FCoEGetParams returned 0x0
@@ -38,49 +36,27 @@ The dialogue: defaults first, then one answer a line. "n" changes nothing.
   $ calls KVD_FCoESetParams
   0
 
-Every refused answer ends the command with -9 before the library is called.
-`ask ANSWERS` feeds the answers to the dialogue on board 1 and shows its last
-line.
+Refused answers end with -9 before the library is called.
 
   $ ask() { printf "$1" | kvd -b 1 -c fcoesetparams > out; s=$?; tail -1 out; return $s; }
-  $ ask 'x\n'
-  Did not understand response
-  [247]
-  $ ask ''
-  Did not understand response
-  [247]
-  $ ask '\n'
-  Did not understand response
-  [247]
-  $ ask 'y\nzz\n'
-  FCMap values not converted
-  [247]
-  $ ask 'y\n0efcxx\n'
-  FCMap values not converted
-  [247]
-  $ ask 'y\n00fc0e\n2\n'
-  VLAN Valid value invalid
-  [247]
-  $ ask 'y\n00fc0e\n-1\n'
-  VLAN Valid value invalid
-  [247]
-  $ ask 'y\n00fc0e\nx\n'
-  VLAN Valid value invalid
-  [247]
-  $ ask 'y\n00fc0e\n1\n0g\n'
-  VLAN_Tag values not converted
-  [247]
-  $ ask 'y\n00fc0e\n1\n'
-  VLAN_Tag values not converted
-  [247]
+  $ for a in 'x\n' '' '\n' 'y\nzz\n' 'y\n0efcxx\n' 'y\n00fc0e\n2\n' 'y\n00fc0e\n-1\n' 'y\n00fc0e\nx\n' 'y\n00fc0e\n1\n0g\n' 'y\n00fc0e\n1\n'; do ask "$a"; echo "[$?]"; done 2>&1 | paste -d' ' - -
+  Did not understand response [247]
+  Did not understand response [247]
+  Did not understand response [247]
+  FCMap values not converted [247]
+  FCMap values not converted [247]
+  VLAN Valid value invalid [247]
+  VLAN Valid value invalid [247]
+  VLAN Valid value invalid [247]
+  VLAN_Tag values not converted [247]
+  VLAN_Tag values not converted [247]
   $ kvd -b 1 -c 'fcoesetparams 1'
   Usage: fcoesetparams <no arguments>
   [247]
   $ calls KVD_FCoESetParams
   0
 
-A refused answer takes the rest of its line with it: nothing of it runs as a
-command.
+A refused answer takes the rest of its line with it.
 
   $ printf 'set board 1\nfcoesetparams\ny\nzz adapters\nset\nquit\n' | kvd | sed -n '/^cmd>/,$p'
   cmd> cmd> Default values for:
@@ -93,11 +69,9 @@ command.
   cmd> board 1  ring 0  iocb 0 lines 16
   cmd>  (no-eol)
 
-A new VLAN makes the port discover its FCF again: no FCF serves VLAN 4000
-(0x0fa0), so the fabric login is lost and the link stays down; VLAN 1002
-brings it back. The tag digits "0f" and "a0" give VLanId 0x0fa0.
+VLAN 4000 has no FCF: the link stays down; VLAN 1002 brings it back.
 
-  $ printf 'set board 1\nfcoesetparams\ny\n00fc0e\n1\n0fa0\nfcoegetparams\nlinkinfo\nqoslinkspeed\nfcoesetparams\ny\n00fc0e\n1\n03ea\nqoslinkspeed\nquit\n' | kvd | sed -n '/^cmd>/,$p'
+  $ printf 'set board 1\nfcoesetparams\ny\n00fc0e\n1\n0fa0\nfcoegetparams\nlinkinfo\nqoslinkspeed\nfcoesetparams\ny\n00fc0e\n1\n03ea\nqoslinkspeed\nquit\n' | kvd | sed -n '/^cmd>/,$p' | sed '/^cmd> QoS Speed - x0000$/,/^fcoesetparams/{/^cmd> QoS\|^fcoesetparams/!d}'
   cmd> cmd> Default values for:
   FCMap - x00fc0e
   VLAN Valid unused
@@ -121,18 +95,6 @@ brings it back. The tag digits "0f" and "a0" give VLanId 0x0fa0.
   ALPAmap 0:
   Portname 10:00:06:4b:51:b4:00:20  Nodename 20:00:06:4b:51:b4:00:20
   cmd> QoS Speed - x0000
-  cmd> Default values for:
-  FCMap - x00fc0e
-  VLAN Valid unused
-  VLAN_Tag - x0000
-  Change defaults? (y/n)
-  Enter the six hex FCMap values:
-  Is the VLanId valid? Enter 0 for unused or 1 for valid:
-  Enter the four hex VLAN_Tag values:
-  Setting fcoe paramters to:
-  FCMap - x00fc0e
-  VLAN Valid valid
-  VLAN_Tag - x03ea
   fcoesetparams - KVD_FCoESetParams returned 0x0
   cmd> QoS Speed - x000a
   cmd>  (no-eol)
@@ -140,8 +102,7 @@ brings it back. The tag digits "0f" and "a0" give VLanId 0x0fa0.
   KVD_FCoESetParams(board=1) = 0 command=FCOE_SET_PARAMS in=010000000efc0001a00f
   KVD_FCoESetParams(board=1) = 0 command=FCOE_SET_PARAMS in=010000000efc0001ea03
 
-Typing 0efc00 puts 0x00 in FCMap[0]: the confirmation shows x0efc00, the
-record carries 00fc0e, an FC-MAP no FCF grants addresses under.
+0efc00 is confirmed as x0efc00 and sent as 00fc0e.
 
   $ printf 'set board 1\nfcoesetparams\ny\n0efc00\n0\nqoslinkspeed\nquit\n' | kvd | sed -n '/^cmd>/,$p'
   cmd> cmd> Default values for:
@@ -161,18 +122,17 @@ record carries 00fc0e, an FC-MAP no FCF grants addresses under.
   $ rec KVD_FCoESetParams
   0100000000fc0e000000
 
-The library checks the VLAN and the board: VLANs run from 1 to 4094, and a
-Fibre Channel board has no FCoE parameters.
+VLANs 1 to 4094; a Fibre Channel board has no FCoE parameters.
 
-  $ ask 'y\n00fc0e\n1\n0000\n'
+  $ ask "y\n00fc0e\n1\n0000\n"
   fcoesetparams - KVD_FCoESetParams returned 0x16
   [22]
-  $ ask 'y\n00fc0e\n1\n0fff\n'
+  $ ask "y\n00fc0e\n1\n0fff\n"
   fcoesetparams - KVD_FCoESetParams returned 0x16
   [22]
-  $ ask 'y\n00fc0e\n1\n0ffe\n'
+  $ ask "y\n00fc0e\n1\n0ffe\n"
   fcoesetparams - KVD_FCoESetParams returned 0x0
-  $ ask 'y\n00fc0e\n1\n0001\n'
+  $ ask "y\n00fc0e\n1\n0001\n"
   fcoesetparams - KVD_FCoESetParams returned 0x0
   $ printf 'y\n00fc0e\n0\n' | kvd -c fcoesetparams | tail -1
   fcoesetparams - KVD_FCoESetParams returned 0x5f
@@ -186,8 +146,7 @@ A fleet sets other stored parameters and another FCF.
   \tVLanValid valid (esc)
   \tVLanid x03eb (esc)
 
-FCP priority: off by default, switched on and off again; base detection for
-the flag.
+FCP priority on and off.
 
   $ printf 'getfcppriority\nsetfcppriority 0x1\ngetfcppriority\nsetfcppriority 0\ngetfcppriority\nquit\n' | kvd | sed -n '/^cmd>/,$p'
   cmd> FCP Priority - 0 off
@@ -197,33 +156,22 @@ the flag.
   $ grep '^KVD_QoSSetGlobalFlag(' trace | tail -2
   KVD_QoSSetGlobalFlag(board=0, flag=1) = 0 command=QOS_SET_FLAG
   KVD_QoSSetGlobalFlag(board=0, flag=0) = 0 command=QOS_SET_FLAG
-  $ kvd -c 'setfcppriority 2'
-  Usage: <flag 0-off, 1-on>
-  [247]
-  $ kvd -c 'setfcppriority -1'
-  Usage: <flag 0-off, 1-on>
-  [247]
-  $ kvd -c setfcppriority
-  Usage: <flag 0-off, 1-on>
-  [247]
-  $ kvd -c 'getfcppriority 1'
-  Usage: <no arguments>
-  [247]
+  $ for c in 'setfcppriority 2' 'setfcppriority -1' setfcppriority 'getfcppriority 1'; do kvd -c "$c"; echo "[$?]"; done 2>&1 | paste -d' ' - -
+  Usage: <flag 0-off, 1-on> [247]
+  Usage: <flag 0-off, 1-on> [247]
+  Usage: <flag 0-off, 1-on> [247]
+  Usage: <no arguments> [247]
   $ calls KVD_QoSSetGlobalFlag
   2
 
-A flag the driver holds outside 0 and 1 shows as unknown; a failed query
-prints the library's result and returns it.
+An unknown flag value; a failed query; a failed set returns 1 and ends the
+interactive loop.
 
   $ KVD_SIM_FLEET=$KVD_FLEETS/port.json kvd -c getfcppriority
   FCP Priority - 5 unknown
   $ KVD_SIM_FAULT=KVD_QoSGetGlobalFlag=5 kvd -c getfcppriority
   getfcppriority - KVD_QoSGetGlobalFlag returned 0x5
   [5]
-
-A failed set returns 1: in option mode that is the exit status, and in the
-interactive loop it ends the loop with status 0 (adapters never runs).
-
   $ KVD_SIM_FAULT=KVD_QoSSetGlobalFlag=16 kvd -c 'setfcppriority 1'
   setfcppriority - KVD_QoSSetGlobalFlag returned 0x10
   [1]

@@ -3,8 +3,7 @@ Management information, RNID and refresh on the default fleet.
   $ export KVD_SIM_TRACE=$PWD/trace
   $ calls() { grep -c "^$1(" trace || :; }
 
-The adapter's own record: its node name, its port identifier on the fabric,
-a host unit, one attached node (the switch), no management address yet.
+The adapter's own management record.
 
   $ kvd -c getmgmt
   Nodename 20:00:06:4b:51:a0:00:10
@@ -17,8 +16,7 @@ a host unit, one attached node (the switch), no management address yet.
   Usage: getmgmt
   [247]
 
-setmgmt after getmgmt changes the UDP port (its low 16 bits), the IP version
-and the fixed test address, and sends back the rest as the adapter gave it.
+setmgmt changes the UDP port (low 16 bits), the IP version and address.
 
   $ kvd <<'EOF' 2>&1 | sed -n '/^cmd>/,$p'
   > getmgmt
@@ -41,19 +39,13 @@ and the fixed test address, and sends back the rest as the adapter gave it.
   $ grep -o '^SetRNIDMgmtInfo.*' trace | tail -1
   SetRNIDMgmtInfo(board=0) = 0 in=2000064b51a000100a00000000020100010000000100401f0102030400000000000000000000000000000000
   $ : > trace
-  $ kvd -c setmgmt
-  Usage: setmgmt UDP_Port
-  [247]
-  $ kvd -c 'setmgmt 1 2'
-  Usage: setmgmt UDP_Port
-  [247]
+  $ for c in setmgmt 'setmgmt 1 2'; do kvd -c "$c"; echo "[$?]"; done 2>&1 | paste -d' ' - -
+  Usage: setmgmt UDP_Port [247]
+  Usage: setmgmt UDP_Port [247]
   $ calls SetRNIDMgmtInfo
   0
 
-RNID to a remote port: an accept with the common identification data (port
-and node names) and the topology-discovery data (the port's symbolic name
-as vendor data, a storage unit, its port number on its node). The third
-word chooses port (p...) or node identification (anything else).
+RNID: port (p...) or node identification (anything else); a 76-byte accept.
 
   $ kvd -c 'rnid 21:00:06:4b:51:d0:00:02 p'
   
@@ -63,14 +55,8 @@ word chooses port (p...) or node identification (anything else).
   
      0: 00000002  340010df  4b060021  0100d051  
     10: 4b060020  0100d051  4f545351  31372052  
-  $ kvd -c 'rnid 20:00:06:4b:51:d0:00:01 x'
-  
-     0: 00000002  340010df  4b060021  0100d051  
-    10: 4b060020  0100d051  4f545351  31372052  
-  $ kvd -c 'rnid 2100064b51d00002 port'
-  
-     0: 00000002  340010df  4b060021  0200d051  
-    10: 4b060020  0100d051  4f545351  31372052  
+  $ kvd -c 'rnid 20:00:06:4b:51:d0:00:01 x' > /dev/null
+  $ kvd -c 'rnid 2100064b51d00002 port' > /dev/null
   $ grep -o '^SendRNID([^)]*)' trace
   SendRNID(board=0, wwn=21:00:06:4b:51:d0:00:02, type=1, length=1024)
   SendRNID(board=0, wwn=20:00:06:4b:51:d0:00:01, type=0, length=1024)
@@ -79,13 +65,7 @@ word chooses port (p...) or node identification (anything else).
   $ grep '^SendRNID' trace | tail -1 | sed 's/.* out=//'
   02000000df1000342100064b51d000022000064b51d000015153544f52203731303020706f727420000000090000000100000001000000000000000000000000000000000000000000000000
 
-The whole accept is 76 bytes.
-
-  $ grep '^SendRNID' trace | tail -1 | sed 's/.* out=//' | awk '{ print length($0) / 2 }'
-  76
-
-A WWN nobody answers to, a port name asked as a node name, and a WWN that
-does not parse (then the WWN set with "set wwn" stands in).
+Refusals; an unparsed WWN falls back to "set wwn".
 
   $ kvd -c 'rnid 21:00:06:4b:51:d0:00:09 p'
   Cannot issue command
@@ -107,8 +87,8 @@ does not parse (then the WWN set with "set wwn" stands in).
   Usage: rnid wwnn [p|n]
   [247]
 
-refresh shows the number of adapter events the library holds: a link that
-goes down and up adds two. An offline board does not refresh.
+refresh counts the library's events; an offline board does not refresh; with
+the link down nothing answers an RNID.
 
   $ kvd -c refresh
   HBA refresh timer 0x0
@@ -130,9 +110,6 @@ goes down and up adds two. An offline board does not refresh.
   $ KVD_SIM_FAULT=GetEventsCount=1 kvd -c refresh
   Cannot issue command
   [252]
-
-With the link down nothing answers an RNID.
-
   $ printf 'mbox downlink\nrnid 21:00:06:4b:51:d0:00:02 p\ngetmgmt\nquit\n' | kvd 2>&1 | sed -n '/^cmd>/,$p'
   cmd> Command: 0x6  Status: 0x0
   cmd> Cannot issue command

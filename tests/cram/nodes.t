@@ -1,13 +1,10 @@
-Discovered nodes, VPD, persistent bindings and the FCP target mapping, on
-the default fleet and on tests/fleets/nodes.json (board 0: eighteen remote
-ports, two mapped targets with units of chosen sizes, bindings of every
-kind and flag; board 1: no extended VPD; board 2: link down).
+Nodes, VPD, bindings and the FCP mapping, on the default fleet and nodes.json
+(board 0: 18 remote ports; 1: no extended VPD; 2: link down).
 
   $ export KVD_SIM_TRACE=$PWD/trace
   $ N=$KVD_FLEETS/nodes.json
 
-nodeinfo: the F_Port and the name server, then the remote ports by address;
-mapped targets carry their SCSI id.
+nodeinfo: fabric ports, then remote ports; mapped targets carry their id.
 
   $ kvd -c nodeinfo
   Flg  Ste DID hex  DID dec  TargetID WWPName                  WWNName
@@ -24,8 +21,7 @@ mapped targets carry their SCSI id.
   No Node Info available
   [249]
 
-Twenty nodes page after the 16th; "x" stops the listing, under -c there
-is no pause.
+Twenty nodes page after the 16th, none under -c; vpdinfo (its usage returns 0).
 
   $ printf 'nodeinfo\n\nnodeinfo\nx\nquit\n' | KVD_SIM_FLEET=$N kvd | grep -c '^ *[0-9a-f]* *[0-9a-f] 00'
   36
@@ -38,10 +34,6 @@ is no pause.
   $ printf 'set lines 0\nnodeinfo\nquit\n' | KVD_SIM_FLEET=$N kvd | grep -c Hit
   0
   [1]
-
-vpdinfo: the adapter's VPD, the fleet's own texts, a board without
-extended VPD, and the usage text that still returns 0.
-
   $ kvd -c vpdinfo
   Model Description: QM8-F2 8Gb 2-port-capable PCIe Fibre Channel Adapter
   Model Name: QM8-F2
@@ -89,12 +81,9 @@ listbind: automatic bindings of the default fleet; every kind and flag.
   $ KVD_SIM_FLEET=$N kvd -b 2 -c listbind | tail -1
   ===============================================================================
 
-fcpmap: one entry per unit of every mapped target, with its inquiry and
-capacity. The capacity is the last block address times the block length:
-0x200000 blocks of 512 bytes make 0x40000000, still "MB"; one more block
-turns it into 1 GB; 0x800 blocks are 1048576 "B", 0x801 make 1 MB. A LUN
-above 255 goes out as bytes 01 02 and finds no unit there; a target without
-an OS device has no device line.
+fcpmap: one entry per unit; capacity 0x200000 x 512 is still MB, one block
+more is 1 GB; 0x800 blocks are B, 0x801 MB; LUN 0x102 has no unit. The LUID
+form asks with one entry of room, then retries.
 
   $ KVD_SIM_FLEET=$N kvd -c fcpmap
   Num Entries 0x6
@@ -141,10 +130,6 @@ an OS device has no device line.
   $ KVD_SIM_FAULT=SendReadCapacity=1 kvd -c fcpmap | sed -n 4,5p
    Vendor: QSTOR   VIRTUAL DISK    0100  Product: VIRTUAL DISK    0100
    Blocks: No data available  Blocksize: No data available  Capacity: No data available
-
-The LUID form: one entry of room, the retry with the count asked for, and
-each unit's NAA designator with its header.
-
   $ KVD_SIM_FLEET=$N kvd -c 'fcpmap luid 10:00:06:4b:51:a0:00:60' | head -12
   Num Entries returned 0x6 - trying again
   Num Entries 0x6
@@ -170,12 +155,9 @@ each unit's NAA designator with its header.
   arg 10:00 - arg length 5 or missing ':'
   fcpmap:10:00 bad wwpn
   [251]
-  $ kvd -c 'fcpmap luid a b'
-  Usage: fcpmap [luid] <wwpn>
-  [247]
-  $ kvd -c 'fcpmap x'
-  Usage: fcpmap [luid] <wwpn>
-  [247]
+  $ for c in 'fcpmap luid a b' 'fcpmap x'; do kvd -c "$c"; echo "[$?]"; done 2>&1 | paste -d' ' - -
+  Usage: fcpmap [luid] <wwpn> [247]
+  Usage: fcpmap [luid] <wwpn> [247]
   $ kvd -c 'fcpmap luid 10:00:06:4b:51:a0:00:99'
   Cannot issue command
   [252]

@@ -1,15 +1,11 @@
-FCP, ELS, CT and management requests built by the shell, against the
-default fleet's board 0: a fabric with the F_Port at 0xfffffe, the name
-server at 0xfffffc and four remote ports (0x010300 and 0x010400 are the two
-ports of one storage node). `last CALL` prints the last trace line of CALL
-from the result on.
+FCP, ELS, CT and management requests on board 0 (F_Port 0xfffffe, name server
+0xfffffc; 0x010300 and 0x010400 are one node's ports).
 
   $ export KVD_SIM_TRACE=$PWD/trace
   $ last() { grep "^$1(" trace | tail -1 | sed 's/.*) = /= /'; }
   $ A=21:00:06:4b:51:d0:00:01 B=21:00:06:4b:51:d0:00:02
 
-sendfcp: one 512-byte block, whatever the count says. Word counts, the WWN
-with its fallback, the sub-command.
+sendfcp: one 512-byte block; word counts, the WWN fallback, the sub-command.
 
   $ kvd -c "sendfcp read $A 0 0"
   Usage: sendfcp read      wwpn lun sectorAddress cnt
@@ -28,9 +24,8 @@ with its fallback, the sub-command.
   $ grep '^SendFcpCmd' trace | tail -1 | cut -d, -f2
    wwpn=21:00:06:4b:51:d0:00:02
 
-The command block: LUN in bytes 0-1, the direction in byte 11, the CDB at
-12, the data length at 28. A write with a pattern fills all 512 bytes with
-it, without one with zeros; the block reads back through the other port.
+The command block (LUN, direction, CDB, length); patterned and zero writes; a
+CHECK CONDITION in the FCP response, with its sense data.
 
   $ printf 'sendfcp write %s 0 0x010203 512 0x5a\nsendfcp read %s 0 0x010203 512\nquit\n' $A $B | kvd > out
   [1]
@@ -51,10 +46,6 @@ it, without one with zeros; the block reads back through the other port.
     10: 00000000  00000000  
   $ grep -c '^SendFcpCmd.*data=0\{1024\} ' trace
   1
-
-A CHECK CONDITION comes back in the FCP response: status 02, sense length
-valid, the residual (nothing moved) and the sense data after the 24 bytes.
-
   $ kvd -c "sendfcp read $A 1 20480 512"
   Data Buffer: 0
   
@@ -84,8 +75,7 @@ els: the usage texts (the second has its doubled bracket).
   Usage: els rnid did
   [247]
 
-ECHO: size 5 sends 8 bytes, a size of 2048 or more sends 2048, as does no
-size. The reply is compared past the command word.
+ECHO sizes: rounded up to 4, at most 2048.
 
   $ kvd -c 'els echo 0x010300 5'
   reqsize: x8 data x00 -- rspsize: x8 data xff
@@ -108,9 +98,7 @@ size. The reply is compared past the command word.
   Cannot issue command
   [252]
 
-RLS and RPS report the link's error counters; RPL at the F_Port lists the
-fabric's ports, at an N_Port the port itself; RNID asks for topology
-discovery data.
+RLS, RPS, RPL (F_Port and N_Port) and RNID.
 
   $ kvd -c 'els rls 0x010300'
   reqsize: x8 data x00 -- rspsize: x1c data xff
@@ -137,8 +125,8 @@ discovery data.
   $ last KVD_SendELSCmd
   = 0 command=RNID in=78000000df000000 out=02000000df1000342100064b51d000012000064b51d000015153544f520000000000000000000000000000090000000000000001000000000000000000000000000000000000000000000000
 
-The dump pages every 8 x lines bytes in an interactive session; "x" at the
-pause ends it.
+The dump pages in an interactive session ("x" ends it); LS_RJT from nobody
+and from a fault rule.
 
   $ printf 'set lines 2\nels echo 0x010300 32\n\nels echo 0x010300 32\nx\nquit\n' | kvd | sed -n '/reqsize/,$p'
   cmd> cmd> reqsize: x20 data x00 -- rspsize: x20 data xff
@@ -155,11 +143,6 @@ pause ends it.
    Hit <CR> to continue (x to abort): 
   
   cmd>  (no-eol)
-
-Only the request's size is dumped, whatever the reply's length. A D_ID
-nobody answers at gets LS_RJT (reason 09: unable to perform the request);
-a fault rule on the command rejects it with the rule's reason.
-
   $ kvd -c 'els rnid 0x123456'
   reqsize: x8 data x00 -- rspsize: x8 data xff
   
@@ -171,9 +154,7 @@ a fault rule on the command rejects it with the rule's reason.
      0: 0x01000000  0x000b0000  
   [1]
 
-A request larger than the destination takes in one frame is refused with
-result 8 and the most it takes; result 7 asks for more room; a port with
-its link down cannot send.
+Results 8 (too large) and 7 (more room), and a link down.
 
   $ KVD_SIM_FLEET=$KVD_FLEETS/scsi.json kvd -c 'els echo 0x010500'
   Cannot issue command
@@ -192,19 +173,12 @@ its link down cannot send.
 
 ct: word counts and keywords ("test1" is accepted but not listed).
 
-  $ kvd -c ct
-  Usage: ct [nport | wwpn | wwnn | sym] [nportid]
-  [247]
-  $ kvd -c 'ct nport 1 2'
-  Usage: ct [nport | wwpn | wwnn | sym] [nportid]
-  [247]
-  $ kvd -c 'ct fabric'
-  Usage: ct [nport | wwpn | wwnn] [nportid]
-  [247]
+  $ for c in ct 'ct nport 1 2' 'ct fabric'; do kvd -c "$c"; echo "[$?]"; done 2>&1 | paste -d' ' - -
+  Usage: ct [nport | wwpn | wwnn | sym] [nportid] [247]
+  Usage: ct [nport | wwpn | wwnn | sym] [nportid] [247]
+  Usage: ct [nport | wwpn | wwnn] [nportid] [247]
 
-The replies are dumped as they lie in memory, four bytes a word in host
-order. GID_FT lists every port with FCP registered, ours included, the last
-flagged; GPN_ID, GNN_ID and GSPN_ID answer for a port identifier.
+Replies in host order: GID_FT, GPN_ID, GNN_ID, GSPN_ID.
 
   $ kvd -c 'ct nport'
   
@@ -244,22 +218,16 @@ flagged; GPN_ID, GNN_ID and GSPN_ID answer for a port identifier.
   $ KVD_SIM_FAULT=ct:GID_FT=5 kvd -c 'ct nport' > /dev/null; last SendCTPassThru
   = 0 command=GID_FT injected rule=1 in=01000000fc020000017100000000000000000008 out=01000000fc0200008001000000050000
 
-A loop has no name server.
+A loop has no name server; GID_FT with a port id repeats until a send fails.
 
   $ KVD_SIM_FLEET=$KVD_FLEETS/loop.json kvd -c 'ct nport'
   Cannot issue command
   [252]
-
-GID_FT with a port id repeats until a send fails; a send that fails ends it
-at once.
-
   $ KVD_SIM_FAULT=SendCTPassThru=1:once kvd -c 'ct nport 7'
   Cannot issue command
   [252]
 
-Ctrl-C ends the soak loop as it ends the shell at any time: quit releases
-the library and the status is 1. Each round is flushed before the next send,
-so the answers already printed reach a redirected file.
+Ctrl-C ends the soak loop (status 1); each round is flushed first.
 
   $ : > trace
   $ kvd -c 'ct nport 7' > out 2>&1 &
@@ -285,18 +253,13 @@ sendmgmt: word counts, the WWN, the count.
   arg 21:00 - arg length 5 or missing ':'
   sendmgmt:21:00 bad port_wwpn
   [251]
-  $ kvd -c "sendmgmt $A 0xfa 0"
-  sendmgmt: cnt must be non-zero
-  [255]
-  $ kvd -c "sendmgmt $A 0xfa 65537"
-  sendmgmt: cnt must be <= 65536
-  [255]
+  $ for n in 0 65537; do kvd -c "sendmgmt $A 0xfa $n"; echo "[$?]"; done 2>&1 | paste -d' ' - -
+  sendmgmt: cnt must be non-zero [255]
+  sendmgmt: cnt must be <= 65536 [255]
   $ kvd -c "sendmgmt $A 0xfa 65536" | tail -1
   fff0: f0f1f2f3  f4f5f6f7  f8f9fafb  fcfdfeff  
 
-The request: the CT header with the type, the code 0x7e3a stored
-little-endian, then bytes counting their own offset from 16. With no
-responder registered the port echoes it.
+The request: CT header, code 0x7e3a, counting bytes; echoed without responder.
 
   $ kvd -c "sendmgmt $A 0xfa 20"
   

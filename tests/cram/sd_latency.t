@@ -1,7 +1,4 @@
-Latency buckets and data collection. The completion times of each target's
-background I/O come from a seeded model, one round each time the counts are
-read, so the counts are the same on every run; only the time of day in the
-count lines is masked.
+Latency buckets and data collection; seeded counts, the time of day masked.
 
   $ export KVD_SIM_TRACE=$PWD/trace
   $ Z=0000000000000000
@@ -10,35 +7,24 @@ count lines is masked.
 
 Usage texts and refusals.
 
-  $ kvd -c 'sd_set_bucket linear 1'
+  $ for c in 'sd_get_bucket x' 'sd_free_bucket x' 'sd_granularity x' "sd_start_data $Z 1"; do kvd -c "$c"; echo "[$?]"; done 2>&1 | paste -d' ' - -
+  Usage: sd_get_bucket  [247]
+  Usage: sd_free_bucket [247]
+  Usage: sd_granularity (no arguments) [247]
+  Usage: sd_start_data [vport wwn] [247]
+  $ for c in 'sd_set_bucket linear 1' 'sd_set_bucket log 1 1' 'sd_stop_data 12' 'sd_reset_data 12' 'sd_get_data 12'; do kvd -c "$c"; echo "[$?]"; done 2>&1
   Usage: sd_set_bucket <linear|power2> <base> <step>
      set base and step to zero to use defaults
   [247]
-  $ kvd -c 'sd_set_bucket log 1 1'
   Usage: sd_set_bucket <linear|power2> <base> <step>
      set base and step to zero to use defaults
   [247]
-  $ kvd -c 'sd_get_bucket x'
-  Usage: sd_get_bucket 
-  [247]
-  $ kvd -c 'sd_free_bucket x'
-  Usage: sd_free_bucket
-  [247]
-  $ kvd -c 'sd_granularity x'
-  Usage: sd_granularity (no arguments)
-  [247]
-  $ kvd -c "sd_start_data $Z 1"
-  Usage: sd_start_data [vport wwn]
-  [247]
-  $ kvd -c 'sd_stop_data 12'
   arg 12 - arg length 2 or missing ':'
   Usage: sd_stop_data [vport wwn]
   [247]
-  $ kvd -c 'sd_reset_data 12'
   arg 12 - arg length 2 or missing ':'
   Usage: sd_reset_data [vport wwn]
   [247]
-  $ kvd -c 'sd_get_data 12'
   arg 12 - arg length 2 or missing ':'
   Usage: sd_get_data [vport wwn]
   [247]
@@ -69,11 +55,9 @@ Usage texts and refusals.
   0
   [1]
 
-The bucket definition (always made on board 1) and a collection on the
-current board, read back at each step. Base and step 0 take the
-granularity; a word that begins with "linear" is linear; a step of 0 is
-refused. The definition cannot change while a board collects. A SCSI
-command of the shell to a target is counted with the background I/O.
+The bucket (on board 1) and a collection read back at each step; the shell's
+own SCSI command is counted too. Twelve targets overflow the 800-byte buffer;
+a board without targets has no nodes.
 
   $ T=21:00:06:4b:51:d0:00:01
   $ cat > cmds <<X
@@ -162,12 +146,6 @@ command of the shell to a target is counted with the background I/O.
   $ grep -o '^KVD_SD_Get_Data.*targets=[0-9]*' trace | tail -2
   KVD_SD_Get_Data(board=0, vport=00:00:00:00:00:00:00:00, mode=1, size=800) = 0 targets=3
   KVD_SD_Get_Data(board=0, vport=00:00:00:00:00:00:00:00, mode=1, size=800) = 0 targets=3
-
-A board with 12 targets: the first read finds the 800-byte buffer too small
-(room for 9) and reads again with room for all. A target's own traffic
-comes from the fleet's "sd" section. A board without targets has no nodes
-for sd_latency.
-
   $ python3 - > many.json <<'X'
   > import json
   > ports = [{"wwpn": "21:00:06:4b:51:e1:00:%02x" % i, "wwnn": "20:00:06:4b:51:e1:00:%02x" % i,
@@ -200,9 +178,7 @@ for sd_latency.
   [253]
   $ unset KVD_SIM_FLEET
 
-sd_latency in reset mode (one snapshot) and cumulative with power-of-two
-buckets from base 0 (two snapshots; the counts grow). A failed stop shows
-as GENERIC and fails the command.
+sd_latency in reset and cumulative mode; a failed stop is GENERIC.
 
   $ kvd -c "sd_latency 0 $Z 100 50 1 1 3 2" | hms | grep -v '^Portname\|^Bus'
   board id        0
@@ -232,10 +208,7 @@ as GENERIC and fails the command.
   HH:MM:SS          0          0          2          0          1          4          3          3          3          4          2          3          1          1          3          4          2          1          1         26 
   KVD_SD_Start_Data_Collection returned - OK
   KVD_SD_Destroy_Bucket returned - OK
-  $ KVD_SIM_FAULT=KVD_SD_Stop_Data_Collection=20 kvd -c "sd_latency 0 $Z 0 100 2 0 5 2" | hms | grep -v '^Portname\|^Bus'
-  board id        0
-  wwpn            00:00:00:00:00:00:00:00
-  granularity     10
+  $ KVD_SIM_FAULT=KVD_SD_Stop_Data_Collection=20 kvd -c "sd_latency 0 $Z 0 100 2 0 5 2" | hms | grep -v '^Portname\|^Bus' | sed -n '4,10p;14,15p;17p;20,21p;28,29p;34p'
   base            0
   step            1000
   search_type     power2
@@ -243,29 +216,13 @@ as GENERIC and fails the command.
   snapshotSeconds 2
   snapshots       2
   cumulative bucket collection
-  FCPMAP entries on this board: 6
-  KVD_SD_Set_Bucket returned - OK
-  KVD_SD_Get_Bucket returned - OK
   Search type : power2 base 0 step 1000 
   0 1000 2000 4000 8000 16000 32000 64000 128000 256000 512000 1024000 2048000 4096000 8192000 16384000 32768000 65536000 131072000 262144000 
-  KVD_SD_Start_Data_Collection returned - OK
   Snapshots 2 - collecting data every 2 seconds for 5 seconds.
-  KVD_SD_Get_Data returned - OK 
-  Target count 3
   WWPN:21:00:06:4b:51:d0:00:01
   HH:MM:SS          0          0          9         22         33          0          0          0          0          0          0          0          0          0          0          0          0          0          0          0 
-  WWPN:21:00:06:4b:51:d0:00:02
-  HH:MM:SS          0          0         11         19         34          0          0          0          0          0          0          0          0          0          0          0          0          0          0          0 
-  WWPN:21:00:06:4b:51:d1:00:01
-  HH:MM:SS          0          0          7         20         37          0          0          0          0          0          0          0          0          0          0          0          0          0          0          0 
-  KVD_SD_Get_Data returned - OK 
-  Target count 3
   WWPN:21:00:06:4b:51:d0:00:01
   HH:MM:SS          0          0         23         35         70          0          0          0          0          0          0          0          0          0          0          0          0          0          0          0 
-  WWPN:21:00:06:4b:51:d0:00:02
-  HH:MM:SS          0          0         20         43         65          0          0          0          0          0          0          0          0          0          0          0          0          0          0          0 
-  WWPN:21:00:06:4b:51:d1:00:01
-  HH:MM:SS          0          0         17         40         71          0          0          0          0          0          0          0          0          0          0          0          0          0          0          0 
   KVD_SD_Start_Data_Collection returned - GENERIC
   $ grep -o '^KVD_SD_[A-Z][a-z_A-Z]*([^)]*) = [0-9]*' trace | tail -10
   KVD_SD_Get_Data(board=0, vport=00:00:00:00:00:00:00:00, mode=1, size=800) = 0

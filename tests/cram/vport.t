@@ -1,39 +1,16 @@
-NPIV virtual ports, on the default fleet and on tests/fleets/npiv.json
-(board 0: two vports at most and a fabric that takes one NPIV login; board
-1: a loop; board 2: NPIV disabled in the driver, a fabric without NPIV;
-board 3: SLI-2, no NPIV). P and N are the names the driver chooses first on
-board 0.
+NPIV virtual ports on the default fleet and tests/fleets/npiv.json (board 0: two
+vports, one fabric NPIV login; 1: loop; 2: NPIV disabled; 3: SLI-2).
 
   $ export KVD_SIM_TRACE=$PWD/trace
   $ F=$KVD_FLEETS/npiv.json
   $ P=24:00:06:4b:51:e8:00:01 N=28:00:06:4b:51:e8:00:01
+  $ f() { e=$1; shift; kvd "$@" > o 2>&1; r=$?; sed "$e" o; return $r; }
 
-A cycle in one process: a ready board, a vport created with chosen names,
-listed, with its attributes and the nodes it sees, shown in nodeinfo, its
-SCSI host mapped to the board, the resources moving, then deleted.
+A vport's life in one process: created, listed, its nodes, its host, deleted;
+the RSCNs to the board's port and to the other vports.
 
-  $ kvd -c vpnpivrdy -c vpgetres -c 'vpcreate 0' -c vpgetlist -c "vpgetattr $P"
-  NPIV Ready checklist: 0xff
-  Driver NPIV enabled : 1
-  SLI NPIV ready mode : 1
-          HBA support : 1
-        HBA resources : 1
-              Link up : 1
-       Point-to-point : 1
-       Fabric support : 1
-     Fabric resources : 1
+  $ f 2,12d -c vpgetres -c 'vpcreate 0' -c vpgetlist -c "vpgetattr $P"
   VP Resources: vlinks_max 64  vlinks_inuse 0  rpi_max 512  rpi_inuse 6
-  vport attributes:
-  Version: x3
-  wwpn: 24:00:06:4b:51:e8:00:01
-  wwnn: 28:00:06:4b:51:e8:00:01
-  Name: kvd application vport name
-  Options: x0
-  PortFcId:: x10201
-  State: x4
-  Restrict Login: x0
-  Platform Handle: x7
-  Fabric Name: 10:00:06:4b:51:f0:00:01
   Dumping 1 vports:
   VPORT 0:
     wwpn: 24:00:06:4b:51:e8:00:01
@@ -60,17 +37,7 @@ SCSI host mapped to the board, the resources moving, then deleted.
        Point-to-point : 1
        Fabric support : 1
      Fabric resources : 1
-  $ kvd -c 'vpcreate 0' -c nodeinfo -c vpgetres -c "vpgetninfo $P" -c 'vpgetphys 0x7' | grep -v '^ *wwnn'
-  vport attributes:
-  Version: x3
-  wwpn: 24:00:06:4b:51:e8:00:01
-  Name: kvd application vport name
-  Options: x0
-  PortFcId:: x10201
-  State: x4
-  Restrict Login: x0
-  Platform Handle: x7
-  Fabric Name: 10:00:06:4b:51:f0:00:01
+  $ kvd -c 'vpcreate 0' -c nodeinfo -c vpgetres -c "vpgetninfo $P" -c 'vpgetphys 0x7' | sed 1,11d | grep -v '^ *wwnn\|^Node\|fcpId'
   Flg  Ste DID hex  DID dec  TargetID WWPName                  WWNName
      1   6 00fffffe 16777214 ffffffff 10:00:06:4b:51:f0:00:01  10:00:06:4b:51:f0:00:01
      1   6 00fffffc 16777212 ffffffff 10:00:06:4b:51:f0:00:01  10:00:06:4b:51:f0:00:01
@@ -81,33 +48,19 @@ SCSI host mapped to the board, the resources moving, then deleted.
      0   3 00020300 00131840 ffffffff 10:00:06:4b:51:a7:00:44  20:00:06:4b:51:a7:00:44
   VP Resources: vlinks_max 64  vlinks_inuse 1  rpi_max 512  rpi_inuse 14
   Dumping 7 nodes:
-  Node 0:
   type: 1  state: 6
-    fcpId: 0xfffffe  scsiTargetNumber: -1
     wwpn: 10:00:06:4b:51:f0:00:01
-  Node 1:
   type: 1  state: 6
-    fcpId: 0xfffffc  scsiTargetNumber: -1
     wwpn: 10:00:06:4b:51:f0:00:01
-  Node 2:
   type: 0  state: 3
-    fcpId: 0x010200  scsiTargetNumber: -1
     wwpn: 10:00:06:4b:51:a0:00:10
-  Node 3:
   type: 6  state: 7
-    fcpId: 0x010300  scsiTargetNumber: 0
     wwpn: 21:00:06:4b:51:d0:00:01
-  Node 4:
   type: 6  state: 7
-    fcpId: 0x010400  scsiTargetNumber: 1
     wwpn: 21:00:06:4b:51:d0:00:02
-  Node 5:
   type: 6  state: 7
-    fcpId: 0x020100  scsiTargetNumber: 2
     wwpn: 21:00:06:4b:51:d1:00:01
-  Node 6:
   type: 0  state: 3
-    fcpId: 0x020300  scsiTargetNumber: -1
     wwpn: 10:00:06:4b:51:a7:00:44
   Vport host7 is on physical vexa0 - host4
   $ kvd -c 'vpcreate 0' -c "vpdelete 0 $P" -c vpgetlist -c nodeinfo -c vpgetres -c 'vpgetphys 7' | sed 1,11d
@@ -126,10 +79,6 @@ SCSI host mapped to the board, the resources moving, then deleted.
   KVD_VPCreate(board=0, ver=3, wwpn=00:00:00:00:00:00:00:00, wwnn=00:00:00:00:00:00:00:00, options=0x0) = 0 did=0x010201 host=7
   KVD_VPDeleteV2(board=0, wwpn=24:00:06:4b:51:e8:00:01, options=0x0) = 0
   vpGetPhys(host=7) = 2
-
-The fabric tells the other ports (the event log): an RSCN to the board's
-port for each vport that comes or goes, a vport RSCN to every other vport.
-
   $ kvd -c 'vpcreate 0' -c 'vpcreate 0' -c "vpdelete 0 $P" -c 'getevent 10' | sed -n '/deleted/,$p'
   vport deleted.
   Event Data1    Data2    Data3    Data4    5 Entries 0 Missed
@@ -139,31 +88,19 @@ port for each vport that comes or goes, a vport RSCN to every other vport.
   0002  00010201 00000008 00000000 00000000
   0040  00010201 00000008 2400064b 51e80002
 
-Given names are used unless option 0x2 asks the driver to choose; option
-0x1 restricts the vport's logins to targets. The board's own port sees the
-vports that log in with it, and each vport sees the other.
+Given names, option 0x2 (driver's names) and 0x1 (targets only).
 
-  $ kvd -c "vpcreate 1 2800064b51e90001 2400064b51e90001" -c "vpcreate 2 2800064b51e90002 2400064b51e90002" -c vpgetlist -c 'vpgetninfo 2400064b51e90001' -c nodeinfo | grep -v 'wwnn\|^ *[0-9]  *[67] '
-  vport attributes:
-  Version: x3
+  $ kvd -c "vpcreate 1 2800064b51e90001 2400064b51e90001" -c "vpcreate 2 2800064b51e90002 2400064b51e90002" -c vpgetlist -c 'vpgetninfo 2400064b51e90001' -c nodeinfo | grep -v 'wwnn\|^ *[0-9]  *[67] \|^vport\|^Version\|^Name\|^State\|^Fabric'
   wwpn: 24:00:06:4b:51:e9:00:01
-  Name: kvd application vport name
   Options: x1
   PortFcId:: x10201
-  State: x4
   Restrict Login: x1
   Platform Handle: x7
-  Fabric Name: 10:00:06:4b:51:f0:00:01
-  vport attributes:
-  Version: x3
   wwpn: 24:00:06:4b:51:e8:00:01
-  Name: kvd application vport name
   Options: x2
   PortFcId:: x10202
-  State: x4
   Restrict Login: x0
   Platform Handle: x8
-  Fabric Name: 10:00:06:4b:51:f0:00:01
   Dumping 2 vports:
   VPORT 0:
     wwpn: 24:00:06:4b:51:e9:00:01
@@ -198,9 +135,7 @@ vports that log in with it, and each vport sees the other.
   $ grep '^KVD_VPCreate' trace | tail -1
   KVD_VPCreate(board=0, ver=3, wwpn=00:00:00:00:00:00:00:00, wwnn=00:00:00:00:00:00:00:00, options=0x2) = 0 did=0x010202 host=8
 
-The link goes down: the vports lose their addresses and the readiness bits
-their link half; a vport made meanwhile waits, and all log in again when
-the link comes back.
+Link down: vports lose their addresses and log in again when it comes back.
 
   $ echo 0 | kvd -c 'vpcreate 0' -c 'mbox downlink' -c 'vpcreate 0' -c vpgetlist -c vpnpivrdy -c 'mbox initlink' -c vpgetlist | grep 'State\|PortFcId\|checklist'
   PortFcId:: x10201
@@ -219,8 +154,8 @@ the link comes back.
   PortFcId:: x0
   State: x1
 
-Limits: two vports at most on board 0, whose fabric takes one NPIV login
-(the second vport waits for fabric room); the third is refused.
+Limits: two vports on board 0 and one fabric NPIV login; boards that are not
+ready: a loop, NPIV disabled, SLI-2.
 
   $ KVD_SIM_FLEET=$F kvd -c 'vpcreate 0' -c 'vpcreate 0' -c 'vpcreate 0' -c vpgetres -c vpnpivrdy | grep 'PortFcId\|State\|failed\|VP \|checklist\|resources'
   PortFcId:: xa0101
@@ -232,10 +167,6 @@ Limits: two vports at most on board 0, whose fabric takes one NPIV login
   NPIV Ready checklist: 0x77
         HBA resources : 0
      Fabric resources : 0
-
-Boards that are not ready: a loop, a driver with NPIV disabled behind a
-fabric without it, and an SLI-2 board.
-
   $ KVD_SIM_FLEET=$F kvd -b 1 -c vpnpivrdy -c 'vpcreate 0' | grep 'checklist\|State\|PortFcId'
   NPIV Ready checklist: 0x1f
   PortFcId:: x0
@@ -258,9 +189,7 @@ fabric without it, and an SLI-2 board.
   vpcreate failed with rc = x5f
   VP Resources: vlinks_max 0  vlinks_inuse 0  rpi_max 512  rpi_inuse 2
 
-Refusals keep the status 0 and show the library's code: no such vport, an
-option not defined, a name already in use, a host that is no vport, a
-library failure.
+Refusals keep the status 0 and show the library's code.
 
   $ kvd -c "vpgetattr $P" -c "vpdelete 0 $P" -c "vpgetninfo $P" -c 'vpcreate 4' -c 'vpcreate 0 2000064b51a00010' -c 'vpcreate 0 2800064b51e90005 1000064b51a00010' -c 'vpgetphys 4'
   vpgetattr failed with rc = x2
@@ -290,36 +219,23 @@ Bad names and word counts.
   [251]
   $ kvd -c 'vpcreate 2 zz zz' | grep wwpn
   wwpn: 24:00:06:4b:51:e8:00:01
-  $ kvd -c vpgetattr
-  Usage: vpgetattr wwpn
-  [247]
   $ kvd -c 'vpgetninfo 1234'
   arg 1234 - arg length 4 or missing ':'
   vpgetninfo: bad wwpn specified
   [251]
-  $ for c in vpcreate 'vpcreate 0 1 2 3' vpdelete 'vpgetattr a b' 'vpgetlist x' vpgetninfo vpgetphys 'vpgetres x' 'vpnpivrdy x'; do kvd -c "$c"; echo $?; done
-  Usage: vpcreate options [wwnn] [wwpn]
-  247
-  Usage: vpcreate options [wwnn] [wwpn]
-  247
-  Usage: vpdelete options wwpn
-  247
-  Usage: vpgetattr wwpn
-  247
-  Usage: vpgetlist
-  247
-  Usage: vpgetninfo wwpn
-  247
-  Usage: vpgetphys host_no
-  247
-  Usage: vpgetres
-  247
-  Usage: vpnpivrdy
-  247
+  $ for c in vpcreate 'vpcreate 0 1 2 3' vpdelete vpgetattr 'vpgetattr a b' 'vpgetlist x' vpgetninfo vpgetphys 'vpgetres x' 'vpnpivrdy x'; do kvd -c "$c"; echo "[$?]"; done 2>&1 | paste -d' ' - -
+  Usage: vpcreate options [wwnn] [wwpn] [247]
+  Usage: vpcreate options [wwnn] [wwpn] [247]
+  Usage: vpdelete options wwpn [247]
+  Usage: vpgetattr wwpn [247]
+  Usage: vpgetattr wwpn [247]
+  Usage: vpgetlist [247]
+  Usage: vpgetninfo wwpn [247]
+  Usage: vpgetphys host_no [247]
+  Usage: vpgetres [247]
+  Usage: vpnpivrdy [247]
 
-The driver's enable_npiv parameter is not dynamic: set to 0 it waits for
-a reset, then the driver and SLI readiness bits drop and vpcreate is
-refused.
+enable_npiv is not dynamic: after a reset vpcreate is refused.
 
   $ printf '%s\n' 'setcfg enable_npiv 0' 'set lines 100' getcfg 'setcfg enable_npiv 0' vpnpivrdy 'reset hba 1' \
   >   vpnpivrdy 'vpcreate 2' quit | kvd 2>&1 | grep -E 'Must|enable_npiv|checklist|Driver NPIV|SLI NPIV|hba:|vpcreate|VPCreate'
