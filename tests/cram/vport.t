@@ -79,6 +79,17 @@ the RSCNs to the board's port and to the other vports.
   KVD_VPCreate(board=0, ver=3, wwpn=00:00:00:00:00:00:00:00, wwnn=00:00:00:00:00:00:00:00, options=0x0) = 0 did=0x010201 host=7
   KVD_VPDeleteV2(board=0, wwpn=24:00:06:4b:51:e8:00:01, options=0x0) = 0
   vpGetPhys(host=7) = 2
+
+The firmware's READ_CONFIG counts them too (reply bytes 72-79: free RPIs,
+free XRIs, free and total VPIs): before, with the vport's seven logins,
+after it is gone.
+
+  $ : > trace
+  $ kvd -c 'mbox rdcfg' -c 'vpcreate 0' -c 'mbox rdcfg' -c "vpdelete 0 $P" -c 'mbox rdcfg' > /dev/null
+  $ grep '^KVD_IssueMbox' trace | sed 's/.* out=//' | cut -c145-160
+  fa01fd0140004000
+  f301fd013f004000
+  fa01fd0140004000
   $ kvd -c 'vpcreate 0' -c 'vpcreate 0' -c "vpdelete 0 $P" -c 'getevent 10' | sed -n '/deleted/,$p'
   vport deleted.
   Event Data1    Data2    Data3    Data4    5 Entries 0 Missed
