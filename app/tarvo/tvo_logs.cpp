@@ -31,13 +31,23 @@ static uint32_t tvo_next_size(uint32_t payload)
     return (uint32_t)size;
 }
 
+// The log count the response states; 0 when the response (its size from
+// the configuration's log_cfg_size, which may be 0) ends before the field.
+static uint16_t tvo_log_num(const uint8_t *cfg, uint32_t size)
+{
+    uint16_t num_logs = 0;
+
+    if (size >= offsetof(tarvo_log_config_rsp_t, num_logs) + sizeof(num_logs))
+        memcpy(&num_logs, cfg + offsetof(tarvo_log_config_rsp_t, num_logs), sizeof(num_logs));
+    return num_logs;
+}
+
 // How many log descriptions lie whole inside `size` bytes of response.
 static uint32_t tvo_log_count(const uint8_t *cfg, uint32_t size)
 {
-    uint16_t num_logs;
+    uint16_t num_logs = tvo_log_num(cfg, size);
     uint32_t fit;
 
-    memcpy(&num_logs, cfg + offsetof(tarvo_log_config_rsp_t, num_logs), sizeof(num_logs));
     fit = size < TVO_LOG_CFG_ENTRY_OFF ? 0 : (uint32_t)((size - TVO_LOG_CFG_ENTRY_OFF) / sizeof(tarvo_log_t));
     return num_logs < fit ? num_logs : fit;
 }
@@ -178,11 +188,8 @@ KVD_HANDLER(tvologdata)
     }
     if (tvo_get(TARVO_CMD_GET_LOG_CONFIG, 0, cfg, size, size) == 0) {
         uint32_t count = tvo_log_count(cfg, size);
-        if (id == TVO_LOG_ALL) {
-            uint16_t num_logs;
-            memcpy(&num_logs, cfg + offsetof(tarvo_log_config_rsp_t, num_logs), sizeof(num_logs));
-            printf("Log count: %d\n\n", num_logs);
-        }
+        if (id == TVO_LOG_ALL)
+            printf("Log count: %d\n\n", tvo_log_num(cfg, size));
         for (uint32_t i = 0; i < count; i++) {
             tarvo_log_t log = tvo_log_at(cfg, i);
             if (id != TVO_LOG_ALL && log.id != id)
