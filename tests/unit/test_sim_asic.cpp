@@ -1,4 +1,4 @@
-// The Tarvo ASIC model: its command table, image validation, FRU data,
+// The Tarvo ASIC model: reply bounds, image validation, FRU data,
 // memory and logs, through the exchanges the library hands it.
 #include <gtest/gtest.h>
 
@@ -200,18 +200,12 @@ TEST(AsicImage, SmallestImageAtTheLimit)
     EXPECT_EQ(x.asic.log_entries(0).back(), "fw: image refused, image too short");
 }
 
-TEST(AsicFru, AddressesAreHeldReversedAndChecked)
+TEST(AsicFru, ChannelsAndPadBytesAreChecked)
 {
+    // What the shell never sends: a channel count other than 1 or 2, pad
+    // bytes set, a second channel without its address.
     Exchanger x;
-    tarvo_set_fru_data_cmd_t s{TARVO_CMD_SET_FRU, {0x55, 0x44, 0x33, 0x22, 0x11, 0x00, 0, 0}, {}, 1};
-    EXPECT_EQ(x.send(bytes_of(s), 4), 0u);
-    EXPECT_EQ(x.status(), 0u);
-    EXPECT_EQ(x.get(TARVO_CMD_GET_FRU, 0, 24), 0u);
-    tarvo_fru_data_rsp_t r;
-    memcpy(&r, x.rsp.data(), sizeof r);
-    EXPECT_EQ(memcmp(r.mac0, s.mac0, 8), 0);
-    EXPECT_EQ(r.flags, 1u);
-
+    const tarvo_set_fru_data_cmd_t s{TARVO_CMD_SET_FRU, {0x55, 0x44, 0x33, 0x22, 0x11, 0x00, 0, 0}, {}, 1};
     auto refused = [&](tarvo_set_fru_data_cmd_t c) {
         x.send(bytes_of(c), 4);
         return x.status() == kAsicInvalidParam;
@@ -223,9 +217,6 @@ TEST(AsicFru, AddressesAreHeldReversedAndChecked)
     EXPECT_TRUE(refused(bad));
     bad = s;
     bad.mac0[7] = 1; // pad bytes travel last
-    EXPECT_TRUE(refused(bad));
-    bad = s;
-    bad.mac0[5] = 0x01; // group address: low bit of the first octet
     EXPECT_TRUE(refused(bad));
     bad = s;
     bad.flags = 2; // two channels need a second address
@@ -260,12 +251,8 @@ TEST(AsicMemory, ReadsAndWritesWithinItsMemory)
         EXPECT_EQ(x.send(c, 4), 0u);
         return x.status();
     };
-    EXPECT_EQ(write(0x10, 0xcafe), 0u);
-    EXPECT_EQ(write(0xc, 1), uint32_t(kAsicNotPermitted)); // identity words
-    EXPECT_EQ(write(0x3fc, 2), 0u);
+    EXPECT_EQ(write(0x3fc, 2), 0u); // the last word
     EXPECT_EQ(write(0x400, 2), uint32_t(kAsicInvalidParam));
-    EXPECT_EQ(read(0x10, 1), 0u);
-    EXPECT_EQ(word_at(x.rsp, 4), 0xcafeu);
     // A read that does not fit the room offered is a transport overrun.
     tarvo_memory_cmd_t c{TARVO_CMD_READ_MEM, 0, 4};
     EXPECT_EQ(x.send(bytes_of(c), 19), uint32_t(TARVO_ERR_RSP_OVERRUN));
