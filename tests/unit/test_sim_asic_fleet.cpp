@@ -4,8 +4,10 @@
 #include <string>
 
 #include "core/fleet.hpp"
+#include "sim_test.hpp"
 
 using namespace kvdsim;
+using namespace kvdsim::test;
 
 namespace
 {
@@ -16,19 +18,10 @@ std::string doc(const std::string &asic, const std::string &kind = R"("protocol"
            (asic.empty() ? "" : ", \"asic\": " + asic) + "}]}";
 }
 
-std::string error_of(const std::string &text)
-{
-    std::string error;
-    EXPECT_FALSE(parse_fleet(text, "t.json", error).has_value());
-    return error;
-}
-
 AsicConf conf_of(const std::string &text)
 {
-    std::string error;
-    auto f = parse_fleet(text, "t.json", error);
-    EXPECT_TRUE(f.has_value()) << error;
-    return f ? f->boards.at(0).asic : AsicConf{};
+    const Fleet f = fleet_ok(text);
+    return f.boards.empty() ? AsicConf{} : f.boards[0].asic;
 }
 
 } // namespace
@@ -54,20 +47,20 @@ TEST(AsicFleet, DefaultsFollowTheBoard)
 
 TEST(AsicFleet, EachFaultIsOneLine)
 {
-    EXPECT_EQ(error_of(doc("{}", R"("protocol": "fc")")),
+    EXPECT_EQ(fleet_fault(doc("{}", R"("protocol": "fc")")),
               "t.json: boards[0].asic: ASIC settings on a board without the Tarvo ASIC");
-    EXPECT_EQ(error_of(doc(R"({"colour": 1})")), "t.json: boards[0].asic.colour: unknown field");
-    EXPECT_EQ(error_of(doc(R"({"fw_type": "beta"})")),
+    EXPECT_EQ(fleet_fault(doc(R"({"colour": 1})")), "t.json: boards[0].asic.colour: unknown field");
+    EXPECT_EQ(fleet_fault(doc(R"({"fw_type": "beta"})")),
               "t.json: boards[0].asic.fw_type: firmware type \"beta\" not operational, golden or diagnostic");
-    EXPECT_EQ(error_of(doc(R"({"mac0": "01:00:5e:00:00:01"})")),
+    EXPECT_EQ(fleet_fault(doc(R"({"mac0": "01:00:5e:00:00:01"})")),
               "t.json: boards[0].asic.mac0: MAC address \"01:00:5e:00:00:01\" is a group address");
-    EXPECT_NE(error_of(doc(R"({"mac1": "00:11:22:33:44"})")).find("not six colon-separated"),
+    EXPECT_NE(fleet_fault(doc(R"({"mac1": "00:11:22:33:44"})")).find("not six colon-separated"),
               std::string::npos);
-    EXPECT_NE(error_of(doc(R"({"fcoe_format": "0x20000"})")).find("fcoe_format"), std::string::npos);
-    EXPECT_NE(error_of(doc(R"({"bb_credit": 0})")).find("BB credit 0"), std::string::npos);
-    EXPECT_NE(error_of(doc(R"({"frame_size": 2116})")).find("frame_size"), std::string::npos);
-    EXPECT_NE(error_of(doc(R"({"memory_size": 252})")).find("memory size"), std::string::npos);
-    EXPECT_NE(error_of(doc(R"({"memory_size": 1048580})")).find("memory_size"), std::string::npos);
+    EXPECT_NE(fleet_fault(doc(R"({"fcoe_format": "0x20000"})")).find("fcoe_format"), std::string::npos);
+    EXPECT_NE(fleet_fault(doc(R"({"bb_credit": 0})")).find("BB credit 0"), std::string::npos);
+    EXPECT_NE(fleet_fault(doc(R"({"frame_size": 2116})")).find("frame_size"), std::string::npos);
+    EXPECT_NE(fleet_fault(doc(R"({"memory_size": 252})")).find("memory size"), std::string::npos);
+    EXPECT_NE(fleet_fault(doc(R"({"memory_size": 1048580})")).find("memory_size"), std::string::npos);
     conf_of(doc(R"({"memory_size": 256})"));
     conf_of(doc(R"({"memory_size": 1048576})"));
 }
@@ -76,15 +69,16 @@ TEST(AsicFleet, LogBounds)
 {
     auto log = [](const std::string &fields) { return doc(R"({"logs": [{"name": "l", )" + fields + "}]}"); };
     conf_of(log(R"("entries": 0, "entry_size": 8)"));
-    EXPECT_NE(error_of(log(R"("entry_size": 7)")).find("entry size 7 below 8"), std::string::npos);
-    EXPECT_NE(error_of(log(R"("entry_size": 257)")).find("entry_size"), std::string::npos);
-    EXPECT_NE(error_of(log(R"("entries": 257)")).find("entries"), std::string::npos);
+    EXPECT_NE(fleet_fault(log(R"("entry_size": 7)")).find("entry size 7 below 8"), std::string::npos);
+    EXPECT_NE(fleet_fault(log(R"("entry_size": 257)")).find("entry_size"), std::string::npos);
+    EXPECT_NE(fleet_fault(log(R"("entries": 257)")).find("entries"), std::string::npos);
     // A line must fit its entry with the terminator.
     conf_of(log(R"("entry_size": 8, "lines": ["1234567"])"));
-    EXPECT_NE(error_of(log(R"("entry_size": 8, "lines": ["12345678"])")).find("lines[0]"), std::string::npos);
-    EXPECT_NE(error_of(doc(R"({"logs": [{"entries": 2}]})")).find("name"), std::string::npos);
+    EXPECT_NE(fleet_fault(log(R"("entry_size": 8, "lines": ["12345678"])")).find("lines[0]"),
+              std::string::npos);
+    EXPECT_NE(fleet_fault(doc(R"({"logs": [{"entries": 2}]})")).find("name"), std::string::npos);
     std::string many = R"({"logs": [)";
     for (int i = 0; i < 17; ++i)
         many += std::string(i ? "," : "") + R"({"name": "l"})";
-    EXPECT_NE(error_of(doc(many + "]}")).find("17 logs, at most 16"), std::string::npos);
+    EXPECT_NE(fleet_fault(doc(many + "]}")).find("17 logs, at most 16"), std::string::npos);
 }

