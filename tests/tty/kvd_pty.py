@@ -182,9 +182,24 @@ def main():
     s.read_until("cmd> ")
     out = s.command("set\r")
     check("shell without a home", "lines 16" in out, out)
+    # The pager at the terminal: Enter goes on, "x" stops the listing, and
+    # Ctrl-C at its question ends the shell like quit.
+    s.command("set lines 2\r")
     s.editor_ready()
-    s.type("quit\r")
-    s.wait()
+    s.type("getcfg\r")
+    pause = "Hit <CR> to continue (x to abort): "
+    s.read_until(pause)
+    s.type("\r")
+    page = s.read_until(pause)
+    check("pager goes on at Enter", page.count("Chgstate") == 1, page)
+    out = s.command("x\r")
+    check("pager stops at x", "0x" not in out, out)
+    s.editor_ready()
+    s.type("getcfg\r")
+    s.read_until(pause)
+    s.type("\x03")
+    check("Ctrl-C at the pager status", s.wait() == 1)
+    check("terminal restored after Ctrl-C at the pager", termios.tcgetattr(s.slave) == s.before)
     s.close()
     check("no history without a home", not os.path.exists(os.path.join(work, "nohome")))
 
