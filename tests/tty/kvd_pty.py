@@ -157,8 +157,15 @@ def main():
 
     hist = os.path.join(home, ".kvd_history")
     check("history file written", os.path.exists(hist))
+    check("history file private", os.stat(hist).st_mode & 0o077 == 0, oct(os.stat(hist).st_mode))
 
-    # Second session: the first one's lines come back; Ctrl-C ends it.
+    # Second session: the first one's lines come back; Ctrl-C ends it. Older
+    # lines fill the file up to its 500 before it starts.
+    first = open(hist).read().splitlines()[1:]
+    check("history file holds the session's lines", "set\\040lines\\04012" in first, first)
+    with open(hist, "w") as f:
+        f.write("_HiStOrY_V2_\n" + "".join("rdpci\\0400\\040%d\n" % i for i in range(500 - len(first))))
+        f.write("".join(line + "\n" for line in first))
     open(trace, "w").close()
     s = Session(home, trace)
     s.read_until("cmd> ")
@@ -172,6 +179,10 @@ def main():
     check("Ctrl-C status", s.wait() == 1)
     check("terminal restored after Ctrl-C", termios.tcgetattr(s.slave) == s.before)
     s.close()
+    # two lines entered: the two oldest gone, none more
+    kept = open(hist).read().splitlines()
+    check("history keeps the newest 500 lines", len(kept) == 501 and kept[1] == "rdpci\\0400\\0402"
+          and kept[-1] == "set", kept[:2] + kept[-2:])
     lines = open(trace).read().splitlines()
     check("Ctrl-C releases the library", lines and lines[-1].startswith("KVD_FreeDiagEnv"), lines[-3:])
     check("Ctrl-C drops event registrations",
