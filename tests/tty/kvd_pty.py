@@ -108,6 +108,18 @@ def main():
     s = Session(home, trace, cwd=files)
     s.read_until("cmd> ")
     check("editor owns the terminal at the prompt", s.editor_ready(), "local modes unchanged")
+    # An edited line is cut at 131 characters as a piped one is: the rest
+    # runs as the next line, after its own prompt.
+    # A line wider than the screen is redrawn with its prompt: the output
+    # is found by what the commands print.
+    s.type("set lines".ljust(130) + "6\r")
+    time.sleep(0.3)
+    out = s.command("set\r", expect="iocb 0 lines") + s.read_until("cmd> ")
+    check("131 characters are one line", "lines 6" in out, out)
+    s.editor_ready()
+    s.type("set lines 5".ljust(131) + "set\r")
+    out = s.read_until("iocb 0 lines") + s.read_until("cmd> ")
+    check("the 132nd character starts the next line", "cmd> board 0  ring 0  iocb 0 lines 5" in out, out)
     out = s.command("set lines 7\r")
     out = s.command("sett\x7f\r")  # backspace edits the line before it runs
     check("backspace", "lines 7" in out, out)
