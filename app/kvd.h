@@ -84,6 +84,19 @@ void kvd_lineedit_restore(void); /* safe in a signal handler */
 void kvd_show_prompt(const char *text);
 int kvd_complete_text(const char *line, char *insert, size_t insertsize);
 extern const char *const set_keywords[]; /* null-terminated */
+/* Keywords a command takes at one word of its line: after the command word,
+ * or after a given second word (a family row, or a keyword of its own). */
+typedef struct kvd_keywordrow {
+    const char *k_command;
+    const char *k_after;        /* the second word, or NULL for any */
+    int k_word;                 /* index of the word the keywords stand at */
+    const char *const *k_words; /* null-terminated */
+} kvd_keywordrow;
+extern const kvd_keywordrow kvd_keywords[];
+extern const int kvd_keywordcnt;
+/* The driver parameters the last "getcfg" listed, and their count. */
+extern CFGPARAM cfgparam[KVD_CFG_MAX_PARAMS];
+extern int32_t gotcfg;
 
 /* Progress of long transfers on standard error, when it is a terminal. */
 void kvd_progress(const char *what, uint64_t done, uint64_t total);

@@ -40,27 +40,58 @@ static volatile sig_atomic_t kvd_tty_saved_ok;
 static char *kvd_pending;
 static size_t kvd_pending_off;
 
-// Keywords of commands that take one as their first argument and keep no
-// table of them.
-typedef struct kvd_keywordrow {
-    const char *k_command;
-    const char *const *k_words;
-} kvd_keywordrow;
-
+// Keywords a command takes at one word of its line, where the shell keeps
+// no table of them (the bash completion file is written from this list too).
 static const char *const revent_words[] = {"link", "rscn", "vprscn", "temp", "ct", NULL};
+static const char *const all_words[] = {"ALL", NULL};
 static const char *const els_words[] = {"echo", "rls", "rps", "rpl", "rnid", NULL};
 static const char *const ct_words[] = {"nport", "wwpn", "wwnn", "sym", "test1", NULL};
 static const char *const riocb_words[] = {"cmd", "rsp", NULL};
 static const char *const sendfcp_words[] = {"read", "write", NULL};
+static const char *const sendscsi_words[] = {"inquiry",      "reportlun",  "readcap", "inquirywwn",
+                                             "reportlunwwn", "readcapwwn", "read",    "write",
+                                             "cdb",          NULL};
+static const char *const sd_set_bucket_words[] = {"linear", "power2", NULL};
+static const char *const rnid_words[] = {"p", "n", NULL};
 static const char *const logging_words[] = {"lib", "drv", NULL};
 static const char *const reset_words[] = {"hba", NULL};
 static const char *const fcpmap_words[] = {"luid", NULL};
+static const char *const tvo_download_words[] = {"-o", "-d", NULL};
+static const char *const tvo_fteins_words[] = {"-f", "-d", NULL};
+static const char *const tvo_logdata_words[] = {"all", NULL};
+static const char *const tvo_pause_words[] = {"sp", "pfc", NULL};
+static const char *const tvo_porttype_words[] = {"access", "trunk", NULL};
+static const char *const tvo_switch_words[] = {"enable", "disable", NULL};
+static const char *const tvo_reset_words[] = {"op", "golden", NULL};
 
-static const kvd_keywordrow kvd_keywords[] = {
-    {"set", set_keywords},      {"revent", revent_words}, {"els", els_words},
-    {"ct", ct_words},           {"riocb", riocb_words},   {"sendfcp", sendfcp_words},
-    {"logging", logging_words}, {"reset", reset_words},   {"fcpmap", fcpmap_words},
+const kvd_keywordrow kvd_keywords[] = {
+    {"set", NULL, 1, set_keywords},
+    {"revent", NULL, 1, revent_words},
+    {"revent", "link", 2, all_words},
+    {"revent", "rscn", 2, all_words},
+    {"revent", "vprscn", 2, all_words},
+    {"revent", "temp", 2, all_words},
+    {"revent", "ct", 3, all_words},
+    {"els", NULL, 1, els_words},
+    {"ct", NULL, 1, ct_words},
+    {"riocb", NULL, 1, riocb_words},
+    {"sendfcp", NULL, 1, sendfcp_words},
+    {"sendscsi", NULL, 1, sendscsi_words},
+    {"sd_set_bucket", NULL, 1, sd_set_bucket_words},
+    {"rnid", NULL, 2, rnid_words},
+    {"logging", NULL, 1, logging_words},
+    {"reset", NULL, 1, reset_words},
+    {"fcpmap", NULL, 1, fcpmap_words},
+    {"tarvo", "download", 2, tvo_download_words},
+    {"tarvo", "fteins", 2, tvo_fteins_words},
+    {"tarvo", "logdata", 2, tvo_logdata_words},
+    {"tarvo", "pause", 2, tvo_pause_words},
+    {"tarvo", "porttype", 2, tvo_porttype_words},
+    {"tarvo", "loopback", 3, tvo_switch_words},
+    {"tarvo", "modeset", 2, tvo_switch_words},
+    {"tarvo", "reset", 2, tvo_reset_words},
 };
+const int kvd_keywordcnt = (int)(sizeof(kvd_keywords) / sizeof(kvd_keywords[0]));
 
 // Family rows whose argument at a given word index names a host file; "!"
 // takes host names at every word.
@@ -239,15 +270,21 @@ static void kvd_gather(kvd_matches *m, int index, char *const words[3], const ch
                 return;
             }
         }
+    }
+    // setcfg takes the names the last getcfg listed; they are the library's
+    if (strcmp(words[0], "setcfg") == 0 && index == 1) {
+        char name[KVD_CFG_NAME_LEN + 1];
+        for (int32_t i = 0; i < gotcfg && i < KVD_CFG_MAX_PARAMS; i++)
+            kvd_match_add(m, KVD_FIELDTEXT(name, cfgparam[i].a_string), 0);
         return;
     }
-    if (index != 1)
-        return;
-    for (size_t i = 0; i < sizeof(kvd_keywords) / sizeof(kvd_keywords[0]); i++) {
-        if (strcmp(words[0], kvd_keywords[i].k_command) != 0)
+    for (int i = 0; i < kvd_keywordcnt; i++) {
+        const kvd_keywordrow *k = &kvd_keywords[i];
+        if (index != k->k_word || strcmp(words[0], k->k_command) != 0 ||
+            (k->k_after != NULL && strcmp(words[1], k->k_after) != 0))
             continue;
-        for (const char *const *k = kvd_keywords[i].k_words; *k != NULL; k++)
-            kvd_match_add(m, *k, 0);
+        for (const char *const *w = k->k_words; *w != NULL; w++)
+            kvd_match_add(m, *w, 0);
     }
 }
 

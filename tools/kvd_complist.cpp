@@ -1,6 +1,6 @@
 // Writes the word lists of the bash completion file from the shell's own
-// tables (top-level words and each family's rows), then the rest of the
-// file from the template named on the command line.
+// tables (top-level words, each family's rows, the commands' keywords),
+// then the rest of the file from the template named on the command line.
 #include <stdio.h>
 #include <string.h>
 
@@ -37,10 +37,17 @@ int main(int argc, char **argv)
     kvd_list("tarvo", tarvoinfo, tarvoinfo_array_size);
     kvd_list("sli4", sli4info, g_sli4info_array_size);
     kvd_list("sli4iov", sli4iovinfo, g_sli4iovinfo_array_size);
-    printf("_kvd_set='");
-    for (int i = 0; set_keywords[i] != NULL; i++)
-        printf("%s%s", i ? " " : "", set_keywords[i]);
-    printf("'\n");
+    // _kvd_keywords "command|index|second word" prints the keywords there.
+    printf("_kvd_keywords()\n{\n    case $1 in\n");
+    for (int i = 0; i < kvd_keywordcnt; i++) {
+        const kvd_keywordrow *k = &kvd_keywords[i];
+        printf("    '%s|%d|%s'%s) echo '", k->k_command, k->k_word, k->k_after ? k->k_after : "",
+               k->k_after ? "" : "*");
+        for (int w = 0; k->k_words[w] != NULL; w++)
+            printf("%s%s", w ? " " : "", k->k_words[w]);
+        printf("' ;;\n");
+    }
+    printf("    esac\n}\n");
     while (fgets(line, sizeof(line), tmpl) != NULL)
         fputs(line, stdout);
     fclose(tmpl);

@@ -33,6 +33,10 @@ man=$root/usr/share/man/man1/kvd.1
 [ -f "$man" ] || fail "no man page"
 warn=$(groff -ww -man -z "$man" 2>&1)
 [ -z "$warn" ] || fail "groff warns: $warn"
+# every variable the library reads has its entry
+for v in $(grep -rhoE 'getenv\("KVD_SIM_[A-Z_]+"' "$src/sim" | grep -oE 'KVD_SIM_[A-Z_]+' | sort -u); do
+    grep -qx "\.B $v" "$man" || fail "man page lacks $v"
+done
 [ -f "$root/usr/share/doc/kvd/fleet.md" ] || fail "no docs"
 
 comp=$root/usr/share/bash-completion/completions/kvd
@@ -46,6 +50,9 @@ got=$(bash -c '
     reply kvd -c mb
     reply kvd -c "\"mbox rdr"
     reply kvd -c "set li"
+    reply kvd -c "sd_set_bucket p"
+    reply kvd -c "tarvo reset g"
+    reply kvd -c "tarvo loopback "
     reply kvd -c "rdpci 0"
     reply kvd -c "sli4iov re"
 ' _ "$comp")
@@ -55,6 +62,9 @@ want='complete -F _kvd kvd
 [mbox]
 [mbox rdrcfg][mbox rdrpi][mbox rdrev][mbox rdrev2]
 [set lines]
+[sd_set_bucket power2]
+[tarvo reset golden]
+[]
 []
 [sli4iov read]'
 [ "$got" = "$want" ] || fail "completion: got

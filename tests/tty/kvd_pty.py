@@ -108,6 +108,18 @@ def main():
     s = Session(home, trace, cwd=files)
     s.read_until("cmd> ")
     check("editor owns the terminal at the prompt", s.editor_ready(), "local modes unchanged")
+    # An edited line is cut at 131 characters as a piped one is: the rest
+    # runs as the next line, after its own prompt.
+    # A line wider than the screen is redrawn with its prompt: the output
+    # is found by what the commands print.
+    s.type("set lines".ljust(130) + "6\r")
+    time.sleep(0.3)
+    out = s.command("set\r", expect="iocb 0 lines") + s.read_until("cmd> ")
+    check("131 characters are one line", "lines 6" in out, out)
+    s.editor_ready()
+    s.type("set lines 5".ljust(131) + "set\r")
+    out = s.read_until("iocb 0 lines") + s.read_until("cmd> ")
+    check("the 132nd character starts the next line", "cmd> board 0  ring 0  iocb 0 lines 5" in out, out)
     out = s.command("set lines 7\r")
     out = s.command("sett\x7f\r")  # backspace edits the line before it runs
     check("backspace", "lines 7" in out, out)
@@ -157,8 +169,15 @@ def main():
 
     hist = os.path.join(home, ".kvd_history")
     check("history file written", os.path.exists(hist))
+    check("history file private", os.stat(hist).st_mode & 0o077 == 0, oct(os.stat(hist).st_mode))
 
-    # Second session: the first one's lines come back; Ctrl-C ends it.
+    # Second session: the first one's lines come back; Ctrl-C ends it. Older
+    # lines fill the file up to its 500 before it starts.
+    first = open(hist).read().splitlines()[1:]
+    check("history file holds the session's lines", "set\\040lines\\04012" in first, first)
+    with open(hist, "w") as f:
+        f.write("_HiStOrY_V2_\n" + "".join("rdpci\\0400\\040%d\n" % i for i in range(500 - len(first))))
+        f.write("".join(line + "\n" for line in first))
     open(trace, "w").close()
     s = Session(home, trace)
     s.read_until("cmd> ")
@@ -172,6 +191,10 @@ def main():
     check("Ctrl-C status", s.wait() == 1)
     check("terminal restored after Ctrl-C", termios.tcgetattr(s.slave) == s.before)
     s.close()
+    # two lines entered: the two oldest gone, none more
+    kept = open(hist).read().splitlines()
+    check("history keeps the newest 500 lines", len(kept) == 501 and kept[1] == "rdpci\\0400\\0402"
+          and kept[-1] == "set", kept[:2] + kept[-2:])
     lines = open(trace).read().splitlines()
     check("Ctrl-C releases the library", lines and lines[-1].startswith("KVD_FreeDiagEnv"), lines[-3:])
     check("Ctrl-C drops event registrations",
@@ -182,9 +205,24 @@ def main():
     s.read_until("cmd> ")
     out = s.command("set\r")
     check("shell without a home", "lines 16" in out, out)
+    # The pager at the terminal: Enter goes on, "x" stops the listing, and
+    # Ctrl-C at its question ends the shell like quit.
+    s.command("set lines 2\r")
     s.editor_ready()
-    s.type("quit\r")
-    s.wait()
+    s.type("getcfg\r")
+    pause = "Hit <CR> to continue (x to abort): "
+    s.read_until(pause)
+    s.type("\r")
+    page = s.read_until(pause)
+    check("pager goes on at Enter", page.count("Chgstate") == 1, page)
+    out = s.command("x\r")
+    check("pager stops at x", "0x" not in out, out)
+    s.editor_ready()
+    s.type("getcfg\r")
+    s.read_until(pause)
+    s.type("\x03")
+    check("Ctrl-C at the pager status", s.wait() == 1)
+    check("terminal restored after Ctrl-C at the pager", termios.tcgetattr(s.slave) == s.before)
     s.close()
     check("no history without a home", not os.path.exists(os.path.join(work, "nohome")))
 

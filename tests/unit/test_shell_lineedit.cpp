@@ -4,6 +4,7 @@
 
 #include <stdio.h>
 #include <stdlib.h>
+#include <string.h>
 #include <string>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -49,6 +50,35 @@ TEST(Completion, Keywords)
     EXPECT_EQ(complete("set,w").insert, "wn ");
     EXPECT_EQ(complete("revent vp").insert, "rscn ");
     EXPECT_EQ(complete("set lines 1").count, 0);
+    EXPECT_EQ(complete("sd_set_bucket l").insert, "inear ");
+    EXPECT_EQ(complete("sendscsi inquiryw").insert, "wn ");
+    EXPECT_EQ(complete("sendscsi re").count, 5); // reportlun readcap reportlunwwn readcapwwn read
+    EXPECT_EQ(complete("rnid 2000000011112222 p").insert, " ");
+    // keywords after a second word: a command's own or a family row's
+    EXPECT_EQ(complete("revent link A").insert, "LL ");
+    EXPECT_EQ(complete("revent ct A").count, 0); // the CT value comes first
+    EXPECT_EQ(complete("revent ct 0x100 A").insert, "LL ");
+    EXPECT_EQ(complete("tarvo reset g").insert, "olden ");
+    EXPECT_EQ(complete("tarvo loopback 1 d").insert, "isable ");
+    EXPECT_EQ(complete("tarvo loopback d").count, 0);
+    EXPECT_EQ(complete("tarvo porttype t").insert, "runk ");
+    EXPECT_EQ(complete("mbox reset h").count, 0);
+}
+
+// setcfg completes the names the last getcfg fetched, and none before.
+TEST(Completion, DriverParameterNames)
+{
+    int32_t was = gotcfg;
+    gotcfg = 0;
+    EXPECT_EQ(complete("setcfg ").count, 0);
+    snprintf(cfgparam[0].a_string, sizeof(cfgparam[0].a_string), "log_verbose");
+    snprintf(cfgparam[1].a_string, sizeof(cfgparam[1].a_string), "link_speed");
+    memset(cfgparam[2].a_string, 'l', sizeof(cfgparam[2].a_string)); // no NUL
+    gotcfg = 3;
+    EXPECT_EQ(complete("setcfg l").count, 3);
+    EXPECT_EQ(complete("setcfg log").insert, "_verbose ");
+    EXPECT_EQ(complete("setcfg log_verbose 1").count, 0);
+    gotcfg = was;
 }
 
 TEST(Completion, HostFiles)
