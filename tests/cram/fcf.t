@@ -201,6 +201,26 @@ Per-target FCP priority, active while the global flag is on.
   \tPriority 3 (esc)
   \tFlags x0000 (esc)
 
+Every list pauses after num_lines items; x stops it.
+
+  $ printf 'set lines 1\ngetfcpconfig\n\nx\nset board 1\nfcoegetfcflist\nx\nfcoesetlist\n2\n' > pages
+  $ printf 'any\nany\nany\n0\n%d\nn\n' 1 2 >> pages; printf '\nfcoegetlist\nx\nquit\n' >> pages
+  $ kvd < pages | grep -E '^(cmd> )*(Target|FCF|Entry) [0-9]|Hit|fcoe'
+  Target 0:
+   Hit <CR> to continue (x to abort): 
+  Target 1:
+   Hit <CR> to continue (x to abort): 
+  cmd> cmd> fcoegetfcflist - KVD_FCoEGetFCFTable returned 0x0
+  FCF 0:
+   Hit <CR> to continue (x to abort): 
+  Entry 0:
+   Hit <CR> to continue (x to abort): 
+  Entry 1:
+  fcoesetlist - KVD_FCoESetConnList returned 0x0
+  cmd> fcoegetlist - KVD_FCoEGetConnList returned 0x0
+  Entry 0:
+   Hit <CR> to continue (x to abort): 
+
 Refusals and limits.
 
   $ kvd -c "setfcpconfig 10:00:06:4b:51:a7:00:44 1 1"
