@@ -26,11 +26,13 @@ The list starts empty; the port logs in through the preferred FCF.
   \tPriority 130 (esc)
   \tState 1 available (esc)
   $ kvd -c fcoegetlist
+  Cannot issue command
   fcoegetlist - KVD_FCoEGetConnList returned 0x5f
-  [95]
+  [252]
   $ kvd -c fcoegetfcflist
+  Cannot issue command
   fcoegetfcflist - KVD_FCoEGetFCFTable returned 0x5f
-  [95]
+  [252]
   $ for c in fcoegetlist fcoegetfcflist; do kvd -b 1 -c "$c x"; echo "[$?]"; done 2>&1 | paste -d' ' - -
   Usage: fcoegetlist <no arguments> [247]
   Usage: fcoegetfcflist <no arguments> [247]
@@ -114,8 +116,13 @@ FCFs than the shell's room of 32.
   0
   [1]
   $ kvd -c fcoesetlist
+  Cannot issue command
   fcoesetlist - KVD_FCoEGetConnList returned 0x5f
-  [95]
+  [252]
+  $ echo 0 | KVD_SIM_FAULT=KVD_FCoESetConnList=16 kvd -b 1 -c fcoesetlist > out 2> err; r=$?; tail -1 out; cat err; (exit $r)
+  fcoesetlist - KVD_FCoESetConnList returned 0x10
+  Cannot issue command
+  [252]
   $ cat > fleet.json <<'JSON'
   > { "boards": [ { "board": 0, "wwpn": "10:00:06:4b:51:a0:04:00", "protocol": "fcoe",
   >   "port": { "fcfs": [ { "mac": "06:4b:51:fc:09:01", "switch_name": "20:01:06:4b:51:fc:09:00",
