@@ -2,8 +2,9 @@
 // "fcoegetlist" and "fcoesetlist" show and set the FCF connection list (the
 // latter through a dialogue), "fcoegetfcflist" lists the FCFs the port
 // discovered, "getfcpconfig" and "setfcpconfig" show and set the priority
-// of FCP targets. The FCoE commands report the library's result in their
-// own line and return it, as "fcoegetparams" does.
+// of FCP targets. The FCoE commands also show the library's result in their
+// own line, as "fcoegetparams" does; a failure is then reported and returned
+// as every failed library call is.
 #include <stdlib.h>
 #include <string.h>
 
@@ -109,9 +110,10 @@ KVD_HANDLER(fcoegetlist)
     list.version = KVD_FCFCONN_VERSION;
     rc = KVD_FCoEGetConnList((uint32_t)cur_board, &list);
     printf("%s - KVD_FCoEGetConnList returned 0x%x\n", "fcoegetlist", rc);
-    if (rc == 0)
-        (void)kvd_print_conn_list(&list);
-    return (int32_t)rc;
+    if (rc != 0)
+        return kvd_cannot_issue();
+    (void)kvd_print_conn_list(&list);
+    return KVD_OK;
 }
 
 // Reads "any" or a value through `parse`; 0 when the answer is neither.
@@ -208,7 +210,7 @@ KVD_HANDLER(fcoesetlist)
     rc = KVD_FCoEGetConnList((uint32_t)cur_board, &list);
     if (rc != 0) {
         printf("%s - KVD_FCoEGetConnList returned 0x%x\n", "fcoesetlist", rc);
-        return (int32_t)rc;
+        return kvd_cannot_issue();
     }
     count = getint("Number of entries (0-16, 0 for any FCF)");
     if (count < 0 || count > KVD_FCFCONN_MAX) {
@@ -226,7 +228,7 @@ KVD_HANDLER(fcoesetlist)
     (void)kvd_print_conn_list(&list);
     rc = KVD_FCoESetConnList((uint32_t)cur_board, &list);
     printf("%s - KVD_FCoESetConnList returned 0x%x\n", "fcoesetlist", rc);
-    return (int32_t)rc;
+    return rc != 0 ? kvd_cannot_issue() : KVD_OK;
 }
 
 KVD_HANDLER(fcoegetfcflist)
@@ -246,7 +248,7 @@ KVD_HANDLER(fcoegetfcflist)
     rc = KVD_FCoEGetFCFTable((uint32_t)cur_board, &count, table);
     printf("%s - KVD_FCoEGetFCFTable returned 0x%x\n", "fcoegetfcflist", rc);
     if (rc != 0)
-        return (int32_t)rc;
+        return kvd_cannot_issue();
     // The count is what the port discovered; only the room was filled.
     n = count < KVD_FCF_ROOM ? count : KVD_FCF_ROOM;
     printf("\tFCFs discovered %u, shown %u\n", count, n);

@@ -111,7 +111,12 @@ uint32_t getRegionData(uint32_t board, uint32_t type, uint32_t region, uint32_t 
 
 /* Writes `size` bytes from `buffer` at byte `offset` of a configuration
  * region; the range must lie inside the region (a region never grows).
- * The written bytes read back through getRegionData and survive resets. */
+ * The written bytes read back through getRegionData and survive resets.
+ * The driver's region (23) holds the port settings the driver stores (the
+ * FCoE parameters and FCF connection list among them): a write there is
+ * loaded into those settings at once, and an image the driver cannot load
+ * is refused whole (EINVAL); a restore returns them to their power-on
+ * values. */
 uint32_t setRegionData(uint32_t board, uint32_t type, uint32_t region, uint32_t offset, uint8_t *buffer,
                        uint32_t size, uint16_t *mbx_status, uint32_t flags);
 

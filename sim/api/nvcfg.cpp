@@ -17,6 +17,7 @@
 #include "core/entry.hpp"
 #include "pci/pci_engine.hpp"
 #include "pci/regions.hpp"
+#include "port/port.hpp"
 
 using namespace kvdsim;
 
@@ -24,7 +25,9 @@ namespace
 {
 
 // The common path of a region change: checks, fault rule, then `change`,
-// which answers false when the range does not fit the region. The line
+// which answers 0 or an errno value (EINVAL when the range does not fit the
+// region). The driver's region belongs to the port engine, which loads what
+// is written into its settings. The line
 // shows the bytes handed in (`in`, `in_len`) after the result.
 template <class Change>
 uint32_t change_region(Call &c, Board &b, uint32_t region, uint16_t *mbx_status, const uint8_t *in,
@@ -49,11 +52,18 @@ uint32_t change_region(Call &c, Board &b, uint32_t region, uint16_t *mbx_status,
         c.line.injected(hit->rule);
         return EIO;
     }
-    if (!b.pci->region(*b.cfg, region))
+    if (region != kRegionDriver && !b.pci->region(*b.cfg, region))
         return done(MBXERR_ERROR, ENOENT);
-    if (!change())
-        return done(MBXERR_ERROR, EINVAL);
+    if (const uint32_t rc = change())
+        return done(MBXERR_ERROR, rc);
     return done(MBXERR_OK, 0);
+}
+
+uint32_t region_write(Board &b, uint32_t region, uint32_t offset, const uint8_t *src, uint32_t count)
+{
+    if (region == kRegionDriver)
+        return static_cast<uint32_t>(b.port->write_driver_region(*b.fw, offset, src, count));
+    return b.pci->write_region(*b.cfg, region, offset, src, count) ? 0 : EINVAL;
 }
 
 } // namespace
@@ -77,7 +87,7 @@ uint32_t setRegionData(uint32_t board, uint32_t type, uint32_t region, uint32_t 
             if (type != KVD_REGION_TYPE_CONFIG || size > KVD_REGION_MAX)
                 return EINVAL;
             return change_region(c, b, region, mbx_status, buffer, size,
-                                 [&] { return b.pci->write_region(*b.cfg, region, offset, buffer, size); });
+                                 [&] { return region_write(b, region, offset, buffer, size); });
         });
 }
 
@@ -95,14 +105,17 @@ uint32_t KVD_IssueUpdateCfgMBox(uint32_t board, uint32_t request, uint32_t regio
         },
         [&](Call &c, Board &b) -> uint32_t {
             if (request == KVD_UPDATE_CFG_RESTORE)
-                return change_region(c, b, region, mbx_status, nullptr, 0,
-                                     [&] { return b.pci->restore_region(*b.cfg, region); });
+                return change_region(c, b, region, mbx_status, nullptr, 0, [&]() -> uint32_t {
+                    if (region == kRegionDriver)
+                        return static_cast<uint32_t>(b.port->restore_driver_region(*b.fw));
+                    return b.pci->restore_region(*b.cfg, region) ? 0 : EINVAL;
+                });
             if (request != KVD_UPDATE_CFG_WRITE || length > KVD_REGION_MAX || offset % 4 != 0 ||
                 length % 4 != 0)
                 return EINVAL;
             if (length > 0 && !buffer)
                 return EFAULT;
             return change_region(c, b, region, mbx_status, buffer, length,
-                                 [&] { return b.pci->write_region(*b.cfg, region, offset, buffer, length); });
+                                 [&] { return region_write(b, region, offset, buffer, length); });
         });
 }

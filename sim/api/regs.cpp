@@ -19,6 +19,7 @@
 #include "core/hostmem.hpp"
 #include "pci/board_env.hpp"
 #include "pci/regions.hpp"
+#include "port/port.hpp"
 
 using namespace kvdsim;
 
@@ -326,7 +327,8 @@ uint32_t getRegionData(uint32_t board, uint32_t type, uint32_t region, uint32_t 
                 c.line.injected(hit->rule);
                 return EIO;
             }
-            auto data = b.pci->region(*b.cfg, region);
+            auto data = region == kRegionDriver ? std::optional(b.port->region(region))
+                                                : b.pci->region(*b.cfg, region);
             if (!data)
                 return refuse(MBXERR_ERROR, ENOENT);
             if (offset > data->size())

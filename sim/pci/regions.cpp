@@ -229,20 +229,11 @@ Built flex_params(const BoardConf &cfg, const PciConfigSpace &, uint32_t)
     return r.done();
 }
 
-Built fcoe_params(const BoardConf &cfg, const PciConfigSpace &, uint32_t)
+// The driver's region: its bytes are the settings the driver stores, so
+// the port engine keeps and serves it (see port/driver_region.cpp).
+Built driver_params(const BoardConf &, const PciConfigSpace &, uint32_t)
 {
-    if (cfg.protocol != Protocol::fcoe)
-        return std::nullopt;
-    return Region(1024)
-        .sig("FCOE")
-        .u16(1)
-        .u16(0)        // flags
-        .u32(0x0efc00) // FC-MAP
-        .u16(1002)     // VLAN
-        .u8(3)         // FCoE priority
-        .u8(0x80)      // FCF priority
-        .wwn(cfg.fabric_name)
-        .done();
+    return std::nullopt;
 }
 
 // Region number, name, SLI levels, -, least size, builder. The VPD region
@@ -259,7 +250,7 @@ constexpr RegionRow kRegions[] = {
     {14, "VPD", kSliAll, 0, 512, vpd},
     {17, "ENV_PARAMS", kSliAll, 0, 100, env_params},
     {22, "FLEX_PARAMS", kSliAll, 0, 512, flex_params},
-    {23, "FCOE_PARAMS", kSliAll, 0, 1024, fcoe_params},
+    {23, "FCOE_PARAMS", kSliAll, 0, 1024, driver_params},
 };
 static_assert(unique_codes(kRegions));
 static_assert(unique_names(kRegions));

@@ -159,6 +159,7 @@ int32_t Port::fcoe_set_conn_list(PortCommand &cmd)
     const bool changed = list.size() != conn_.size() ||
                          std::memcmp(list.data(), conn_.data(), list.size() * sizeof(KVD_FCFCONNENTRY)) != 0;
     conn_ = std::move(list);
+    driver_image_.reset();
     return changed ? settle(cmd.fw, true) : 0;
 }
 

@@ -30,14 +30,7 @@ constexpr SpeedGbit kSpeedGbit[] = {
 // Region sizes, and the byte flash reads as where nothing is written.
 constexpr size_t kWakeupSize = 64;
 constexpr size_t kNvParamsSize = 128;
-constexpr size_t kDriverSize = 2048;
 constexpr uint8_t kErased = 0xFF;
-
-// Records of the driver region: type, length, value.
-constexpr uint8_t kTlvLinkPersist = 0x01;
-constexpr uint8_t kTlvFcpPriority = 0x02;
-constexpr uint8_t kTlvFcoeParams = 0x03;
-constexpr uint8_t kTlvEnd = 0xFF;
 
 // Mailbox commands need no host memory here.
 class NoMemory final : public HostMemory
@@ -204,6 +197,7 @@ int32_t Port::fcoe_set_params(PortCommand &cmd)
     fc_map_ = map;
     vlan_valid_ = p.VLanValid != 0;
     vlan_id_ = p.VLanId;
+    driver_image_.reset();
     return changed ? settle(cmd.fw, true) : 0;
 }
 
@@ -218,6 +212,7 @@ int32_t Port::qos_set_flag(PortCommand &cmd)
     if (cmd.args[0] > KVD_FCP_PRIORITY_ON)
         return EINVAL;
     fcp_priority_ = cmd.args[0];
+    driver_image_.reset();
     return 0;
 }
 
@@ -240,6 +235,7 @@ int32_t Port::set_persist_link(PortCommand &cmd)
     if (cmd.fw.state() != BoardState::ready)
         return EBUSY;
     persist_ = static_cast<uint16_t>(cmd.args[0]);
+    driver_image_.reset();
     return settle(cmd.fw, false);
 }
 
@@ -316,28 +312,8 @@ std::vector<uint8_t> Port::region(uint32_t id) const
         v.resize(v.size() + 3, 0);
         v.resize(kNvParamsSize, kErased);
         break;
-    case kRegionDriver: {
-        std::vector<uint8_t> tlv;
-        tlv.push_back(kTlvLinkPersist);
-        tlv.push_back(2);
-        put_be16(tlv, persist_);
-        tlv.push_back(kTlvFcpPriority);
-        tlv.push_back(4);
-        put_be32(tlv, fcp_priority_);
-        if (fcoe()) {
-            tlv.push_back(kTlvFcoeParams);
-            tlv.push_back(6);
-            put_be32(tlv, fc_map_ << 8 | (vlan_valid_ ? 1u : 0u));
-            put_be16(tlv, vlan_id_);
-        }
-        tlv.push_back(kTlvEnd);
-        put_text(v, "QDRV");
-        put_be16(v, 1); // layout version
-        put_be16(v, static_cast<uint16_t>(tlv.size()));
-        v.insert(v.end(), tlv.begin(), tlv.end());
-        v.resize(kDriverSize, kErased);
-        break;
-    }
+    case kRegionDriver:
+        return driver_region();
     default:
         break;
     }

@@ -76,6 +76,14 @@ class Port
     // The region's whole image; empty for a region the adapter lacks.
     std::vector<uint8_t> region(uint32_t id) const;
 
+    // The driver's region (kRegionDriver) and the settings are one state:
+    // a write is loaded into the settings (EINVAL, and nothing changes, for
+    // a range outside the region or an image the driver cannot load); a
+    // restore returns the settings to the board's power-on ones. EBUSY
+    // while the firmware takes no mailbox.
+    int32_t write_driver_region(Firmware &fw, uint32_t offset, const uint8_t *src, uint32_t count);
+    int32_t restore_driver_region(Firmware &fw);
+
     // Whether the port may bring its link up: not held down by
     // persistence, and on FCoE an FCF answers with the stored FC-MAP and
     // VLAN.
@@ -120,6 +128,20 @@ class Port
     std::optional<size_t> selected_fcf() const;
     bool admitted(const KVD_FCFENTRY &fcf, const KVD_FCFCONNENTRY **by) const;
 
+    // The settings the driver's region holds.
+    struct DriverSettings {
+        uint32_t fc_map;
+        bool vlan_valid;
+        uint16_t vlan_id;
+        uint32_t fcp_priority;
+        uint16_t persist;
+        std::vector<KVD_FCFCONNENTRY> conn;
+    };
+    std::vector<uint8_t> driver_region() const;
+    bool load_driver_region(const std::vector<uint8_t> &image, DriverSettings &s) const;
+    DriverSettings power_on_settings() const;
+    int32_t apply(Firmware &fw, const DriverSettings &s);
+
     bool fcoe() const;
     bool fcf_answers() const;
     int32_t link_command(Firmware &fw, uint8_t code);
@@ -139,6 +161,9 @@ class Port
         bool enabled = false;
     };
     std::map<std::array<uint8_t, 8>, QosSetting> qos_; // per FCP target WWPN
+    // The driver's region as last written through a region write; empty
+    // once the driver stores a setting (it then rewrites the region).
+    std::optional<std::vector<uint8_t>> driver_image_;
 };
 
 } // namespace kvdsim

@@ -108,20 +108,22 @@ The power-on configuration values, one set per function.
   $ kvd -c 'dumpregion 6' | sed -n 4p
   DATA[030] 00 00 e0 fb 40 00 00 00 00 00 00 00 22 02 00 00
 
-FLEX partitions on the converged adapter, FCoE parameters on the FCoE port.
+FLEX partitions on the converged adapter only; the driver's stored settings
+on every board, FCoE parameters on the FCoE port, as the dump mailbox shows
+them.
 
   $ kvd -b 1 -c 'dumpregion 22' | head -2
   DATA[000] 46 4c 45 58 01 00 04 00 00 01 19 64 01 00 19 64
   DATA[010] 02 00 19 64 03 00 19 64 00 00 00 00 00 00 00 00
   $ kvd -b 1 -c 'dumpregion 23' | head -2
-  DATA[000] 46 43 4f 45 01 00 00 00 00 fc 0e 00 ea 03 03 80
-  DATA[010] 10 00 06 4b 51 f2 00 01 00 00 00 00 00 00 00 00
+  DATA[000] 51 44 52 56 00 01 00 13 01 02 00 00 02 04 00 00
+  DATA[010] 00 00 03 06 0e fc 00 00 00 00 ff ff ff ff ff ff
   $ kvd -c 'dumpregion 22'
   get region data error 2
   [252]
-  $ kvd -b 2 -c 'dumpregion 23'
-  get region data error 2
-  [252]
+  $ kvd -b 2 -c 'dumpregion 23' | head -1; kvd -b 2 -c 'issuedumpmbox 23 0 16'
+  DATA[000] 51 44 52 56 00 01 00 0b 01 02 00 00 02 04 00 00
+  DATA[000] 51 44 52 56 00 01 00 0b 01 02 00 00 02 04 00 00
 
 Regions outside the table, and 32 (listed, not shown): no library call.
 

@@ -26,11 +26,13 @@ The list starts empty; the port logs in through the preferred FCF.
   \tPriority 130 (esc)
   \tState 1 available (esc)
   $ kvd -c fcoegetlist
+  Cannot issue command
   fcoegetlist - KVD_FCoEGetConnList returned 0x5f
-  [95]
+  [252]
   $ kvd -c fcoegetfcflist
+  Cannot issue command
   fcoegetfcflist - KVD_FCoEGetFCFTable returned 0x5f
-  [95]
+  [252]
   $ for c in fcoegetlist fcoegetfcflist; do kvd -b 1 -c "$c x"; echo "[$?]"; done 2>&1 | paste -d' ' - -
   Usage: fcoegetlist <no arguments> [247]
   Usage: fcoegetfcflist <no arguments> [247]
@@ -114,8 +116,13 @@ FCFs than the shell's room of 32.
   0
   [1]
   $ kvd -c fcoesetlist
+  Cannot issue command
   fcoesetlist - KVD_FCoEGetConnList returned 0x5f
-  [95]
+  [252]
+  $ echo 0 | KVD_SIM_FAULT=KVD_FCoESetConnList=16 kvd -b 1 -c fcoesetlist > out 2> err; r=$?; tail -1 out; cat err; (exit $r)
+  fcoesetlist - KVD_FCoESetConnList returned 0x10
+  Cannot issue command
+  [252]
   $ cat > fleet.json <<'JSON'
   > { "boards": [ { "board": 0, "wwpn": "10:00:06:4b:51:a0:04:00", "protocol": "fcoe",
   >   "port": { "fcfs": [ { "mac": "06:4b:51:fc:09:01", "switch_name": "20:01:06:4b:51:fc:09:00",
@@ -126,6 +133,48 @@ FCFs than the shell's room of 32.
   \tFCFs discovered 33, shown 32 (esc)
   32
   1
+
+The list is stored in the driver's region 23 (one record per entry): a
+region read shows it, a region write is loaded into it and the port logs in
+again, an image the driver cannot load (flags xffff) is refused whole, and a
+restore empties it.
+
+  $ printf '1\nany\n20:02:06:4b:51:fc:01:00\nany\n0\n1\ny\n23\n41\n1\n1\n23\n28\n2\nff\n23\n' |
+  >   kvd -b 1 -c fcoesetlist -c 'dumpregion 23' -c 'mbox udtcfg_ext' -c fcoegetfcflist -c 'mbox udtcfg_ext' \
+  >   -c fcoegetlist -c 'mbox udtcfg3_ext' -c fcoegetlist -c fcoegetfcflist > o
+  $ sed '1,/fcoesetlist - /d' o | grep -v '^DATA\[\(0[4-9a-f]\|[1-3]\)\|^.\(MAC\|VLAN\|FCMap\|Fabric\|Priority\|FCF \)'
+  DATA[000] 51 44 52 56 00 01 00 31 01 02 00 00 02 04 00 00
+  DATA[010] 00 00 03 06 0e fc 00 00 00 00 04 1c 00 0b 00 00
+  DATA[020] 01 00 00 00 00 00 00 00 20 02 06 4b 51 fc 01 00
+  DATA[030] 00 00 00 00 00 00 00 00 ff ff ff ff ff ff ff ff
+  region: offset: length: value (hex): Status: 0x0
+  region 23 offset 41: 1 bytes of x01 written
+  fcoegetfcflist - KVD_FCoEGetFCFTable returned 0x0
+  \tFCFs discovered 2, shown 2 (esc)
+  FCF 0:
+  \tSwitch Name 20:01:06:4b:51:fc:01:00 (esc)
+  \tState 2 logged in (esc)
+  FCF 1:
+  \tSwitch Name 20:02:06:4b:51:fc:01:00 (esc)
+  \tState 3 excluded by the connection list (esc)
+  region: offset: length: value (hex): IssueMbox error 22
+  fcoegetlist - KVD_FCoEGetConnList returned 0x0
+  \tEntries 1 (esc)
+  Entry 0:
+  \tFlags x000b valid primary (esc)
+  \tSwitch Name 20:01:06:4b:51:fc:01:00 (esc)
+  region: Status: 0x0
+  region 23 restored
+  fcoegetlist - KVD_FCoEGetConnList returned 0x0
+  \tEntries 0 (esc)
+  fcoegetfcflist - KVD_FCoEGetFCFTable returned 0x0
+  \tFCFs discovered 2, shown 2 (esc)
+  FCF 0:
+  \tSwitch Name 20:01:06:4b:51:fc:01:00 (esc)
+  \tState 2 logged in (esc)
+  FCF 1:
+  \tSwitch Name 20:02:06:4b:51:fc:01:00 (esc)
+  \tState 1 available (esc)
 
 Per-target FCP priority, active while the global flag is on.
 
@@ -158,6 +207,26 @@ Per-target FCP priority, active while the global flag is on.
   \tWWPN 21:00:06:4b:51:d0:00:02 (esc)
   \tPriority 3 (esc)
   \tFlags x0000 (esc)
+
+Every list pauses after num_lines items; x stops it.
+
+  $ printf 'set lines 1\ngetfcpconfig\n\nx\nset board 1\nfcoegetfcflist\nx\nfcoesetlist\n2\n' > pages
+  $ printf 'any\nany\nany\n0\n%d\nn\n' 1 2 >> pages; printf '\nfcoegetlist\nx\nquit\n' >> pages
+  $ kvd < pages | grep -E '^(cmd> )*(Target|FCF|Entry) [0-9]|Hit|fcoe'
+  Target 0:
+   Hit <CR> to continue (x to abort): 
+  Target 1:
+   Hit <CR> to continue (x to abort): 
+  cmd> cmd> fcoegetfcflist - KVD_FCoEGetFCFTable returned 0x0
+  FCF 0:
+   Hit <CR> to continue (x to abort): 
+  Entry 0:
+   Hit <CR> to continue (x to abort): 
+  Entry 1:
+  fcoesetlist - KVD_FCoESetConnList returned 0x0
+  cmd> fcoegetlist - KVD_FCoEGetConnList returned 0x0
+  Entry 0:
+   Hit <CR> to continue (x to abort): 
 
 Refusals and limits.
 

@@ -185,6 +185,22 @@ Rows without a command behind them say so and issue nothing.
   $ calls
   0
 
+No other row answers so, nor any word of the command table, whatever the
+dialogue is answered.
+
+  $ unset KVD_SIM_TRACE
+  $ for w in $(kvd -c mbox | sed 1d); do yes 0 | kvd -c "mbox $w" | grep -q 'Not Implemented' && echo $w || :; done
+  loadsm
+  writenv
+  runbiudiag
+  reglogin
+  dmpctx
+  rundiag
+  $ for w in $(kvd -c help); do yes n | kvd -c "$w"; done 2>&1 | grep -c 'Not Implemented'
+  0
+  [1]
+  $ export KVD_SIM_TRACE=$PWD/trace
+
 A third word selects the board, and the choice stays.
 
   $ printf 'mbox rdcfg 1\nset\nmbox rdstat\nquit\n' | kvd | sed -n '/^cmd>/,$p'

@@ -171,6 +171,55 @@ TEST(SimPort, DriverRegionFollowsTheSettings)
     EXPECT_EQ(std::vector<uint8_t>(buf.begin(), buf.begin() + want.size()), want);
 }
 
+// A driver region written whole is loaded into the settings: 16 list
+// entries at most, records inside the records length and ending with the end
+// record; records of other types are skipped and read back as written.
+TEST(SimPort, DriverRegionWritesLoadIntoTheSettings)
+{
+    Box b(make_board(Protocol::fcoe));
+    auto image = [](size_t entries, uint8_t extra_type) {
+        const uint8_t head[] = {0x01, 2, 0, 0, 0x02, 4, 0, 0, 0, 1, extra_type, 1, 0x5a};
+        const uint8_t rec[30] = {0x04, 28, 0x00, 0x21, 0x00, 0x07}; // valid, VLAN 7
+        const size_t len = sizeof head + entries * sizeof rec + 1;
+        std::vector<uint8_t> v(8 + len);
+        std::memcpy(v.data(), "QDRV\0\1", 6);
+        v[6] = uint8_t(len >> 8);
+        v[7] = uint8_t(len);
+        std::memcpy(&v[8], head, sizeof head);
+        for (size_t i = 0; i < entries; ++i) {
+            std::memcpy(&v[8 + sizeof head + i * sizeof rec], rec, sizeof rec);
+            v[8 + sizeof head + i * sizeof rec + 6] = uint8_t(i); // priority
+        }
+        v.back() = 0xFF;
+        return v;
+    };
+    auto conn_count = [&] {
+        KVD_FCFCONNLIST l{};
+        l.version = KVD_FCFCONN_VERSION;
+        EXPECT_EQ(b.run(kPortFcoeGetConnList, {reinterpret_cast<uint8_t *>(&l), sizeof l}), 0);
+        return l.numEntries;
+    };
+    std::vector<uint8_t> v = image(16, 0x7e);
+    ASSERT_EQ(b.port.write_driver_region(b.fw, 0, v.data(), uint32_t(v.size())), 0);
+    EXPECT_EQ(conn_count(), 16u);
+    EXPECT_EQ(b.port.fcp_priority(), 1u);
+    const std::vector<uint8_t> back = b.port.region(kRegionDriver);
+    EXPECT_EQ(std::vector<uint8_t>(back.begin(), back.begin() + long(v.size())), v);
+    v = image(17, 0x7e);
+    EXPECT_EQ(b.port.write_driver_region(b.fw, 0, v.data(), uint32_t(v.size())), EINVAL);
+    v = image(1, 0x7e);
+    v[7] -= 1; // the end record falls outside the records length
+    EXPECT_EQ(b.port.write_driver_region(b.fw, 0, v.data(), uint32_t(v.size())), EINVAL);
+    v = image(1, 0x02); // an FCP priority record one byte long
+    EXPECT_EQ(b.port.write_driver_region(b.fw, 0, v.data(), uint32_t(v.size())), EINVAL);
+    EXPECT_EQ(b.port.write_driver_region(b.fw, 2047, v.data(), 1), 0);      // the last byte
+    EXPECT_EQ(b.port.write_driver_region(b.fw, 2047, v.data(), 2), EINVAL); // past the region
+    EXPECT_EQ(conn_count(), 16u);
+    ASSERT_EQ(b.port.restore_driver_region(b.fw), 0);
+    EXPECT_EQ(conn_count(), 0u);
+    EXPECT_EQ(b.port.fcp_priority(), 0u);
+}
+
 TEST(SimPort, QosFlagAndSpeed)
 {
     Box b(make_board());
