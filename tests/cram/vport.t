@@ -99,6 +99,24 @@ after it is gone.
   0002  00010201 00000008 00000000 00000000
   0040  00010201 00000008 2400064b 51e80002
 
+The same RSCNs reach a shell that subscribed to them, each batch before the
+trigger channel's sync answers.
+
+  $ printf '%s\n' 'revent rscn ALL' 'revent vprscn ALL' 'vpcreate 0' 'vpcreate 0' '! kvdev sync' \
+  >   "vpdelete 0 $P" '! kvdev sync' quit | PATH=$TESTDIR:$PATH KVD_SIM_EVENTS=$PWD/ev kvd | grep -o 'VPORTRSCN .*\|RSCN .*\|^ *0: .*\|\<ok$'
+  RSCN Buffer: 8
+     0: 61040008  00010201  
+  RSCN Buffer: 8
+     0: 61040008  00010202  
+  VPORTRSCN board: 0 wwpn: 24:00:06:4b:51:e8:00:01 RSCN Buffer: 8
+     0: 61040008  00010202  
+  ok
+  RSCN Buffer: 8
+     0: 61040008  00010201  
+  VPORTRSCN board: 0 wwpn: 24:00:06:4b:51:e8:00:02 RSCN Buffer: 8
+     0: 61040008  00010201  
+  ok
+
 Given names, option 0x2 (driver's names) and 0x1 (targets only).
 
   $ kvd -c "vpcreate 1 2800064b51e90001 2400064b51e90001" -c "vpcreate 2 2800064b51e90002 2400064b51e90002" -c vpgetlist -c 'vpgetninfo 2400064b51e90001' -c nodeinfo | grep -v 'wwnn\|^ *[0-9]  *[67] \|^vport\|^Version\|^Name\|^State\|^Fabric'
