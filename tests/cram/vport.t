@@ -218,6 +218,31 @@ ready: a loop, NPIV disabled, SLI-2.
   vpcreate failed with rc = x5f
   VP Resources: vlinks_max 0  vlinks_inuse 0  rpi_max 512  rpi_inuse 2
 
+A port of the driver's configuration comes up with the board, static, and
+goes like any other; one the driver refuses (the board's own name) stops the
+start.
+
+  $ cat > static.json <<'JSON'
+  > { "boards": [ { "board": 0, "wwpn": "10:00:06:4b:51:a0:03:00",
+  >   "npiv": { "vports": [ { "wwpn": "24:00:06:4b:51:e9:00:10", "wwnn": "28:00:06:4b:51:e9:00:10" } ] } } ] }
+  > JSON
+  $ S=24:00:06:4b:51:e9:00:10
+  $ KVD_SIM_FLEET=static.json kvd -c vpgetlist -c "vpgetattr $S" -c 'vpgetphys 1' -c nodeinfo -c "vpdelete 0 $S" -c vpgetlist | grep 'Dumping\|PortFcId:\|VPort mode\|Vport\| 8 \|deleted'
+  Dumping 1 vports:
+    PortFcId: x10101
+  PortFcId:: x10101
+  VPort mode : static 
+  Vport host1 is on physical vexa0 - host0
+     8   3 00010101 00065793 ffffffff 24:00:06:4b:51:e9:00:10  28:00:06:4b:51:e9:00:10
+  vport deleted.
+  Dumping 0 vports:
+  $ sed -i 's/24:00:06:4b:51:e9:00:10/10:00:06:4b:51:a0:03:00/' static.json
+  $ KVD_SIM_FLEET=static.json kvd -c vpgetlist
+  libkvd: cannot start the boards' firmware: boards[0].npiv.vports[0]: refused by the driver (File exists)
+  
+  No Adapters Found
+  [253]
+
 Refusals keep the status 0 and show the library's code.
 
   $ kvd -c "vpgetattr $P" -c "vpdelete 0 $P" -c "vpgetninfo $P" -c 'vpcreate 4' -c 'vpcreate 0 2000064b51a00010' -c 'vpcreate 0 2800064b51e90005 1000064b51a00010' -c 'vpgetphys 4'
