@@ -59,7 +59,7 @@ void fill(KVD_VPATTRIB &a, const Board &b, const Vport &v)
     a.portFcId = v.did;
     a.state = v.state;
     a.restrictLogin = v.restrict_login ? 1 : 0;
-    a.flags = 0; // made at run time: dynamic
+    a.flags = v.is_static ? KVD_VPFLAG_STATIC : 0;
     a.buf = v.host;
     if (v.state == KVD_VPSTATE_ACTIVE)
         put_wwn(a.fabricName, b.cfg->fabric_name);

@@ -1,11 +1,14 @@
 #include "core/state.hpp"
 
+#include <algorithm>
 #include <atomic>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <new>
+#include <stdexcept>
+#include <string>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -123,6 +126,7 @@ void Library::load()
             }
             mask |= 1u << cfg.number;
         }
+        start_static_vports();
     } catch (const std::exception &e) {
         fprintf(stderr, "libkvd: cannot start the boards' firmware: %s\n", e.what());
         for (Board &b : boards_) {
@@ -148,6 +152,26 @@ void Library::load()
         mask = 0;
     }
     g_present.store(mask, std::memory_order_release);
+}
+
+// The virtual ports of the drivers' configuration come up with the boards,
+// their SCSI hosts numbered on from the highest board's. A port the driver
+// refuses stops the start, as a fleet error.
+void Library::start_static_vports()
+{
+    uint32_t host = 0;
+    for (const BoardConf &cfg : fleet_.boards)
+        host = std::max(host, static_cast<uint32_t>(cfg.host) + 1);
+    for (size_t i = 0; i < fleet_.boards.size(); ++i) {
+        const BoardConf &cfg = fleet_.boards[i];
+        Board &b = boards_[cfg.number];
+        const bool up = b.fw->state() == BoardState::ready && b.fw->link().up;
+        for (size_t k = 0; k < cfg.npiv.vports.size(); ++k)
+            if (const uint32_t rc = b.npiv->create_static(cfg.npiv.vports[k], host++, up))
+                throw std::runtime_error("boards[" + std::to_string(i) + "].npiv.vports[" +
+                                         std::to_string(k) + "]: refused by the driver (" +
+                                         strerror(static_cast<int>(rc)) + ")");
+    }
 }
 
 // The firmware's link attentions become link events of the board.

@@ -89,6 +89,7 @@ class Library
   private:
     Library() = default;
     static void link_changed(void *context, const LinkStatus &link);
+    void start_static_vports();
     bool loaded_ = false;
     Fleet fleet_;
     Board boards_[32];

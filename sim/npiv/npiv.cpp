@@ -177,6 +177,14 @@ uint32_t Npiv::create(Wwn wwpn, Wwn wwnn, const std::string &name, uint32_t opti
     return 0;
 }
 
+uint32_t Npiv::create_static(const StaticVportConf &conf, uint32_t host, bool link_up)
+{
+    const uint32_t rc = create(conf.wwpn, conf.wwnn, std::string(), 0, host, link_up, nullptr);
+    if (rc == 0)
+        vports_.back().is_static = true;
+    return rc;
+}
+
 uint32_t Npiv::remove(const Wwn &wwpn)
 {
     auto it = std::find_if(vports_.begin(), vports_.end(), [&](const Vport &v) { return v.wwpn == wwpn; });

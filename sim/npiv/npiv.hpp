@@ -38,6 +38,7 @@ struct Vport {
     uint32_t did = 0;  // 0 until logged in
     uint8_t state = KVD_VPSTATE_UNKNOWN;
     bool restrict_login = false;
+    bool is_static = false; // from the driver's configuration, not made at run time
 };
 
 class Npiv
@@ -65,6 +66,9 @@ class Npiv
     // name some port already has).
     uint32_t create(Wwn wwpn, Wwn wwnn, const std::string &name, uint32_t options, uint32_t host,
                     bool link_up, Vport *made);
+    // A port of the driver's configuration, made as the driver starts:
+    // as create() with the names given, and flagged static.
+    uint32_t create_static(const StaticVportConf &conf, uint32_t host, bool link_up);
     // 0, or ENOENT for no such port.
     uint32_t remove(const Wwn &wwpn);
 

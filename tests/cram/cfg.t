@@ -41,23 +41,25 @@ Any second word adds the help lines; a third is a usage error.
   Usage: getcfg [help]
   [247]
 
-Interactively the pager pauses after each page; x stops the listing.
+Interactively the pager pauses after each page, each page starts with the
+header, no pause follows the last row; x stops the listing.
 
-  $ printf 'set lines 10\ngetcfg\n\n\ngetcfg\nx\nquit\n' | kvd | sed -n '/^cmd> Low/,$p' | cut -c1-20
-  cmd> Low        High
-  0x00000000 0x0000fff
-  0x00000001 0x0000008
-  0x0000000a 0x0000fff
-  0x00000020 0x0000200
-  0x00000000 0x0000001
-  0x00000000 0x0000000
-  0x00000001 0x000000f
-  0x00000000 0x000000f
-  0x00000000 0x0000000
-  0x00000000 0x0000000
-  
-   Hit <CR> to continu
-  cmd> 
+  $ printf 'set lines 10\ngetcfg\n\n\ngetcfg\nx\nquit\n' | kvd | sed '1,/^Adapter 2/d; s/^0x.*/row/' | cut -c1-20 | uniq -c
+        1 cmd> cmd> Low       
+       10 row
+        1 
+        1  Hit <CR> to continu
+        1 Low        High     
+       10 row
+        1 
+        1  Hit <CR> to continu
+        1 Low        High     
+        1 row
+        1 cmd> Low        High
+       10 row
+        1 
+        1  Hit <CR> to continu
+        1 cmd> 
 
 setcfg needs a list first, and takes the value with base detection.
 
@@ -93,14 +95,20 @@ goes as the index one past the list.
   $ calls SetCfgParam | tail -1
   SetCfgParam(board=0, index=21, value=1) = 22 command=SET_PARAM
 
-hba_queue_depth (32 to 8192) is not dynamic: it waits for a reset; setting
-the value in effect cancels the change.
+hba_queue_depth (32 to 8192) is not dynamic: the change waits (Chgstate 2)
+and takes effect with the next adapter reset, not with a refused one;
+setting the value in effect cancels the change.
 
-  $ h() { grep hba_queue_depth; }
-  $ kvd -c getcfg -c 'setcfg hba_queue_depth 32' -c getcfg -c 'reset' -c getcfg | h
+  $ h() { grep 'hba_queue_depth\|^status'; }
+  $ kvd -c getcfg -c 'setcfg hba_queue_depth 32' -c getcfg -c 'reset hba' -c getcfg | h
   0x00000020 0x00002000 0x00002000 0x00002000 0x00000000 0x00000001 hba_queue_depth
   0x00000020 0x00002000 0x00002000 0x00002000 0x00000000 0x00000002 hba_queue_depth
-  $ kvd -c getcfg -c 'setcfg hba_queue_depth 64' -c 'setcfg hba_queue_depth 8192' -c reset -c getcfg | h
+  status 0x0
+  0x00000020 0x00002000 0x00002000 0x00000020 0x00000000 0x00000001 hba_queue_depth
+  $ kvd -c getcfg -c 'setcfg hba_queue_depth 32' -c 'reset hba 9' -c getcfg | h | tail -2
+  status 0x16
+  0x00000020 0x00002000 0x00002000 0x00002000 0x00000000 0x00000002 hba_queue_depth
+  $ kvd -c getcfg -c 'setcfg hba_queue_depth 64' -c 'setcfg hba_queue_depth 8192' -c 'reset hba' -c getcfg | h | tail -1
   0x00000020 0x00002000 0x00002000 0x00002000 0x00000000 0x00000001 hba_queue_depth
   $ kvd -c getcfg -c 'setcfg hba_queue_depth 31' | h
   Cannot issue command
@@ -129,3 +137,18 @@ The list follows the board; fleet values show as current; a failing list.
   $ KVD_SIM_FAULT=GetCfgParam=0:once kvd -c getcfg
   Cannot issue command
   [252]
+
+The table is the last getcfg's, whatever board was chosen since (enable_fip
+is the 19th on board 1, sg_seg_cnt on board 0); it holds 64 parameters,
+whatever count the library returns.
+
+  $ kvd -b 1 -c getcfg -c 'set board 0' -c 'setcfg enable_fip 0' > /dev/null
+  Cannot issue command
+  [252]
+  $ calls SetCfgParam | tail -1
+  SetCfgParam(board=0, index=18, value=0) = 34 command=SET_PARAM
+  $ for n in 64 65; do KVD_SIM_FAULT=GetCfgParam=$n kvd -c getcfg -c 'setcfg nosuchname 1' 2>/dev/null | grep -c '^0x'; done
+  64
+  64
+  $ calls SetCfgParam | tail -1
+  SetCfgParam(board=0, index=64, value=1) = 22 command=SET_PARAM

@@ -4,7 +4,8 @@ Nodes, VPD, bindings and the FCP mapping, on the default fleet and nodes.json
   $ export KVD_SIM_TRACE=$PWD/trace
   $ N=$KVD_FLEETS/nodes.json
 
-nodeinfo: fabric ports, then remote ports; mapped targets carry their id.
+nodeinfo: fabric ports, then remote ports; mapped targets carry their id. The
+list stops at the 2340 records the shared buffer holds.
 
   $ kvd -c nodeinfo
   Flg  Ste DID hex  DID dec  TargetID WWPName                  WWNName
@@ -20,6 +21,9 @@ nodeinfo: fabric ports, then remote ports; mapped targets carry their id.
   $ KVD_SIM_FLEET=$N kvd -b 2 -c nodeinfo
   No Node Info available
   [249]
+  $ for n in 2340 2341; do KVD_SIM_FAULT=GetNodeInfo=$n kvd -c nodeinfo | grep -c '^ '; done
+  2340
+  2340
 
 Twenty nodes page after the 16th, none under -c; vpdinfo (its usage returns 0).
 

@@ -99,6 +99,24 @@ after it is gone.
   0002  00010201 00000008 00000000 00000000
   0040  00010201 00000008 2400064b 51e80002
 
+The same RSCNs reach a shell that subscribed to them, each batch before the
+trigger channel's sync answers.
+
+  $ printf '%s\n' 'revent rscn ALL' 'revent vprscn ALL' 'vpcreate 0' 'vpcreate 0' '! kvdev sync' \
+  >   "vpdelete 0 $P" '! kvdev sync' quit | PATH=$TESTDIR:$PATH KVD_SIM_EVENTS=$PWD/ev kvd | grep -o 'VPORTRSCN .*\|RSCN .*\|^ *0: .*\|\<ok$'
+  RSCN Buffer: 8
+     0: 61040008  00010201  
+  RSCN Buffer: 8
+     0: 61040008  00010202  
+  VPORTRSCN board: 0 wwpn: 24:00:06:4b:51:e8:00:01 RSCN Buffer: 8
+     0: 61040008  00010202  
+  ok
+  RSCN Buffer: 8
+     0: 61040008  00010201  
+  VPORTRSCN board: 0 wwpn: 24:00:06:4b:51:e8:00:02 RSCN Buffer: 8
+     0: 61040008  00010201  
+  ok
+
 Given names, option 0x2 (driver's names) and 0x1 (targets only).
 
   $ kvd -c "vpcreate 1 2800064b51e90001 2400064b51e90001" -c "vpcreate 2 2800064b51e90002 2400064b51e90002" -c vpgetlist -c 'vpgetninfo 2400064b51e90001' -c nodeinfo | grep -v 'wwnn\|^ *[0-9]  *[67] \|^vport\|^Version\|^Name\|^State\|^Fabric'
@@ -199,6 +217,31 @@ ready: a loop, NPIV disabled, SLI-2.
      Fabric resources : 1
   vpcreate failed with rc = x5f
   VP Resources: vlinks_max 0  vlinks_inuse 0  rpi_max 512  rpi_inuse 2
+
+A port of the driver's configuration comes up with the board, static, and
+goes like any other; one the driver refuses (the board's own name) stops the
+start.
+
+  $ cat > static.json <<'JSON'
+  > { "boards": [ { "board": 0, "wwpn": "10:00:06:4b:51:a0:03:00",
+  >   "npiv": { "vports": [ { "wwpn": "24:00:06:4b:51:e9:00:10", "wwnn": "28:00:06:4b:51:e9:00:10" } ] } } ] }
+  > JSON
+  $ S=24:00:06:4b:51:e9:00:10
+  $ KVD_SIM_FLEET=static.json kvd -c vpgetlist -c "vpgetattr $S" -c 'vpgetphys 1' -c nodeinfo -c "vpdelete 0 $S" -c vpgetlist | grep 'Dumping\|PortFcId:\|VPort mode\|Vport\| 8 \|deleted'
+  Dumping 1 vports:
+    PortFcId: x10101
+  PortFcId:: x10101
+  VPort mode : static 
+  Vport host1 is on physical vexa0 - host0
+     8   3 00010101 00065793 ffffffff 24:00:06:4b:51:e9:00:10  28:00:06:4b:51:e9:00:10
+  vport deleted.
+  Dumping 0 vports:
+  $ sed -i 's/24:00:06:4b:51:e9:00:10/10:00:06:4b:51:a0:03:00/' static.json
+  $ KVD_SIM_FLEET=static.json kvd -c vpgetlist
+  libkvd: cannot start the boards' firmware: boards[0].npiv.vports[0]: refused by the driver (File exists)
+  
+  No Adapters Found
+  [253]
 
 Refusals keep the status 0 and show the library's code.
 

@@ -190,6 +190,15 @@ TEST(SimNpiv, FleetSection)
     EXPECT_FALSE(n.driver_enable);
     EXPECT_FALSE(n.fabric_support);
     EXPECT_EQ(n.fabric_max_vports, 3u);
-    EXPECT_NE(fleet_fault(board_doc(R"("npiv": {"vports": 1})")).find("unknown field"), std::string::npos);
+    EXPECT_NE(fleet_fault(board_doc(R"("npiv": {"vport": 1})")).find("unknown field"), std::string::npos);
+    EXPECT_NE(fleet_fault(board_doc(R"("npiv": {"vports": 1})")).find("expected an array"),
+              std::string::npos);
+    EXPECT_NE(fleet_fault(board_doc(R"("npiv": {"vports": [{"wwpn": "24:00:06:4b:51:e9:00:10"}]})"))
+                  .find("vports[0]: missing field \"wwnn\""),
+              std::string::npos);
+    const Fleet s = fleet_ok(board_doc(
+        R"("npiv": {"vports": [{"wwpn": "24:00:06:4b:51:e9:00:10", "wwnn": "28:00:06:4b:51:e9:00:10"}]})"));
+    ASSERT_EQ(s.boards.at(0).npiv.vports.size(), 1u);
+    EXPECT_EQ(s.boards.at(0).npiv.vports[0].wwnn[0], 0x28);
     fleet_fault(board_doc(R"("npiv": {"fabric_max_vports": 65536})"));
 }
