@@ -257,3 +257,65 @@ Releasing the board's subscriptions drops its SD ones too.
   KVD_SD_Set_Bucket(board=1, type=1, base=0, step=0) = 18
   InitDiagEnv() = 3
   KVD_InitDiagEnv(max_boards=32) = 3
+
+Subscriptions on a virtual port: refused until the board has it. It hears
+its own logins (a vport joining, its three targets after a link bounce, two
+raised on it by hand: six PLOGIs) and a vport leaving; deleting it ends its
+subscriptions, the board's port hears it go, and its name is an unknown port
+from then on.
+
+  $ P=2400064b51e80001 Q=2400064b51e80002
+  $ cat > cmds <<X
+  > sd_revent 0 $P 1 1
+  > vpcreate 0
+  > sd_revent 0 $P 1 1
+  > sd_revent 0 $P 1 0x10
+  > sd_revent 0 $Z 1 0x10
+  > sd_verbose 2
+  > vpcreate 0
+  > ! kvdev sync "0 sd 1 1 2 $P" "0 sd 1 1 1 $Q" "0 sd 1 1 1 2400064b51e80009"
+  > ! kvdev '0 link down' '0 link up'
+  > vpdelete 0 $Q
+  > ! kvdev sync
+  > sd_urevent 0 $Z 1
+  > vpdelete 0 $P
+  > ! kvdev sync
+  > sd_verbose 0
+  > sd_show_events
+  > sd_urevent 0 $P 1
+  > quit
+  > X
+  $ kvd < cmds 2>err | body | grep 'handle\|Error\|ok\|error\|  '
+  cmd> category ELS  subcategory PLOGI
+  sd_revent - Error INVALID PORT occured during registration
+  cmd> category ELS  subcategory PLOGI
+  New handle 1 created, required for deregister
+  cmd> category ELS  subcategory LOGO
+  New handle 2 created, required for deregister
+  cmd> category ELS  subcategory LOGO
+  New handle 3 created, required for deregister
+  cmd> ok
+  ok
+  ok (no subscriber)
+  error: no such vport
+  cmd> ok
+  ok
+  cmd> ok
+  cmd> sd_urevent - Error REG HANDLE unregistering for event
+  cmd> ok
+  cmd> cmd> libkvd SD registrations: 1 of 64 handles
+    handle 3 board 0 category 0x1 ELS subcategory 0x10 LOGO_RCV
+  cmd> sd_urevent - Error INVALID PORT unregistering for event
+  $ grep event err
+  libkvd sd: event board 0 vport 24:00:06:4b:51:e8:00:01 category 0x1 subcategory 0x1 handle 1
+  libkvd sd: event board 0 vport 24:00:06:4b:51:e8:00:01 category 0x1 subcategory 0x1 handle 1
+  libkvd sd: event board 0 vport 24:00:06:4b:51:e8:00:01 category 0x1 subcategory 0x1 handle 1
+  libkvd sd: event board 0 vport 24:00:06:4b:51:e8:00:01 category 0x1 subcategory 0x1 handle 1
+  libkvd sd: event board 0 vport 24:00:06:4b:51:e8:00:01 category 0x1 subcategory 0x1 handle 1
+  libkvd sd: event board 0 vport 24:00:06:4b:51:e8:00:01 category 0x1 subcategory 0x1 handle 1
+  libkvd sd: event board 0 category 0x1 subcategory 0x10 handle 3
+  libkvd sd: event board 0 vport 24:00:06:4b:51:e8:00:01 category 0x1 subcategory 0x10 handle 2
+  libkvd sd: event board 0 category 0x1 subcategory 0x10 handle 3
+  $ grep -o '^KVD_SD_unRegisterForEvent.*' trace | tail -2
+  KVD_SD_unRegisterForEvent(board=0, vport=00:00:00:00:00:00:00:00, handle=1) = 14
+  KVD_SD_unRegisterForEvent(board=0, vport=24:00:06:4b:51:e8:00:01, handle=1) = 4
