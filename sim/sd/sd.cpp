@@ -439,6 +439,15 @@ std::vector<uint8_t> SdEngine::record_for(uint32_t category, uint32_t subcategor
     return r;
 }
 
+void SdEngine::els_rejected(const Wwn &rport, uint8_t command, uint8_t reason, uint8_t explanation)
+{
+    auto r = record_for(SD_CATEGORY_ELS, SD_ELS_SUBCATEGORY_LSRJT_RCV, rport, Wwn{}, 0);
+    put(r, 12, uint32_t{command});
+    put(r, 16, uint32_t{reason});
+    put(r, 20, uint32_t{explanation});
+    raise(SD_CATEGORY_ELS, SD_ELS_SUBCATEGORY_LSRJT_RCV, r);
+}
+
 void SdEngine::scsi_completed(const Wwn &target, const ScsiTask &t)
 {
     const int32_t lun_number = ScsiTargets::lun_number(t.lun);

@@ -135,6 +135,9 @@ class SdEngine
     // A standard record for a kind about a remote port (and LUN).
     std::vector<uint8_t> record_for(uint32_t category, uint32_t subcategory, const Wwn &rport,
                                     const Wwn &rnode, uint32_t lun) const;
+    // An ELS the board's port sent was answered with LS_RJT by `rport`
+    // (zero: no port answers at that address).
+    void els_rejected(const Wwn &rport, uint8_t command, uint8_t reason, uint8_t explanation);
     // A SCSI command the shell sent through the board has completed.
     void scsi_completed(const Wwn &target, const ScsiTask &t);
     // The link came up: every FCP target logs in again with the port and

@@ -225,7 +225,8 @@ of time is assumed.
   HH:MM:SS board id 0 - port wwn 10:00:06:4b:51:a0:00:Unhandled Event x20 Subcategory x1
   
 
-Events the boards raise: a check condition, a bus reset, arrival after reset.
+Events the boards raise: a check condition, an ELS rejected by nobody, a bus
+reset, arrival after reset.
 Releasing the board's subscriptions drops its SD ones too.
 
   $ A=$(kvd -c "sd_all_events 0 $Z 1" | sed -n 's/^Portname:\([^ ]*\) .*/\1/p' | head -1)
@@ -234,13 +235,16 @@ Releasing the board's subscriptions drops its SD ones too.
   > sd_revent 0 $Z 4 4
   > sd_revent 0 $Z 4 0x20
   > sd_revent 0 $Z 0x10 1
+  > sd_revent 0 $Z 1 8
   > sendscsi inquiry $A 0 1 0xb0
+  > els rnid 0x123456
   > reset hba
   > ! kvdev sync
   > quit
   > X
   $ kvd < cmds 2>&1 >/dev/null | grep event
   libkvd sd: event board 0 category 0x4 subcategory 0x4 handle 1
+  libkvd sd: event board 0 category 0x1 subcategory 0x8 handle 4
   libkvd sd: event board 0 category 0x4 subcategory 0x20 handle 2
   libkvd sd: event board 0 category 0x10 subcategory 0x1 handle 3
   $ printf "sd_revent 0 $Z 1 1\nsd_test_env\nsd_show_events\nsd_test_env\nquit\n" | kvd | body
