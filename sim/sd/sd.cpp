@@ -315,13 +315,14 @@ void SdSubscriptions::deliver(const Event &e)
             SD_els_event_details_v0 details{0, record.data()};
             SD_event event{0, e.sd_record_len, &details};
             if (trace) {
-                fprintf(stderr, "libkvd sd: event board %u", e.board);
+                // One write: the line stays whole among the shell's own.
+                char vport[40] = "";
                 if (s.virtual_port.load(std::memory_order_relaxed))
-                    fprintf(stderr, " vport %02x:%02x:%02x:%02x:%02x:%02x:%02x:%02x", e.vport.wwn[0],
-                            e.vport.wwn[1], e.vport.wwn[2], e.vport.wwn[3], e.vport.wwn[4], e.vport.wwn[5],
-                            e.vport.wwn[6], e.vport.wwn[7]);
-                fprintf(stderr, " category 0x%x subcategory 0x%x handle %u\n", e.sd_category,
-                        e.sd_subcategory, h);
+                    snprintf(vport, sizeof vport, " vport %02x:%02x:%02x:%02x:%02x:%02x:%02x:%02x",
+                             e.vport.wwn[0], e.vport.wwn[1], e.vport.wwn[2], e.vport.wwn[3], e.vport.wwn[4],
+                             e.vport.wwn[5], e.vport.wwn[6], e.vport.wwn[7]);
+                fprintf(stderr, "libkvd sd: event board %u%s category 0x%x subcategory 0x%x handle %u\n",
+                        e.board, vport, e.sd_category, e.sd_subcategory, h);
             }
             fn(e.board, e.vport, e.sd_category, e.sd_subcategory, context, &event);
         }
@@ -448,15 +449,17 @@ void SdEngine::els_rejected(const Wwn &rport, uint8_t command, uint8_t reason, u
     raise(SD_CATEGORY_ELS, SD_ELS_SUBCATEGORY_LSRJT_RCV, r);
 }
 
-void SdEngine::scsi_completed(const Wwn &target, const ScsiTask &t)
+void SdEngine::scsi_completed(const Wwn &target, const ScsiTask &t, uint32_t lun_depth)
 {
     const int32_t lun_number = ScsiTargets::lun_number(t.lun);
     const uint32_t lun = lun_number < 0 ? 0 : static_cast<uint32_t>(lun_number);
     Wwn node{};
+    Target *found = nullptr;
     for (Target &x : targets_) {
         if (x.wwpn != target)
             continue;
         node = x.wwnn;
+        found = &x;
         // Command overhead plus the transfer at about 1 ns a byte.
         if (active_ && sd_buckets().set)
             count(x, uint64_t{x.traffic.min_us} * 1000 + t.moved + t.data_in.size());
@@ -474,6 +477,17 @@ void SdEngine::scsi_completed(const Wwn &target, const ScsiTask &t)
         const uint32_t sub = t.status == 0x28 ? SD_SCSI_SUBCATEGORY_QFULL : SD_SCSI_SUBCATEGORY_DEVBSY;
         r = record_for(SD_CATEGORY_SCSI, sub, target, node, lun);
         raise(SD_CATEGORY_SCSI, sub, r);
+        if (t.status == 0x28 && found) {
+            const uint32_t old = found->depth.count(lun) ? found->depth[lun] : lun_depth;
+            const uint32_t lowered = std::max<uint32_t>(old / 2, 1);
+            if (lowered != old) {
+                found->depth[lun] = lowered;
+                r = record_for(SD_CATEGORY_SCSI, SD_SCSI_SUBCATEGORY_VARQUEDEPTH, target, node, lun);
+                put(r, 16, old);
+                put(r, 20, lowered);
+                raise(SD_CATEGORY_SCSI, SD_SCSI_SUBCATEGORY_VARQUEDEPTH, r);
+            }
+        }
     }
 }
 
@@ -525,6 +539,8 @@ void SdEngine::vport_deleted(const Vport &v)
 
 void SdEngine::adapter_reset()
 {
+    for (Target &t : targets_) // the LUNs are found again at the driver's depth
+        t.depth.clear();
     const std::array<uint8_t, 4> version{};
     raise(SD_CATEGORY_SCSI, SD_SCSI_SUBCATEGORY_BUSRESET, version);
     raise(SD_CATEGORY_ADAPTER, SD_ADAPTER_SUBCATEGORY_ARRIVAL, version);

@@ -20,6 +20,7 @@
 #include <array>
 #include <atomic>
 #include <cstdint>
+#include <map>
 #include <span>
 #include <string>
 #include <vector>
@@ -40,9 +41,10 @@ struct Vport;
 
 void read_sd_section(Section &board, BoardConf &conf);
 
-constexpr uint32_t kSdEventKind = 0x10000; // Event::kind of SD events
-constexpr uint32_t kSdGranularityNs = 10;  // nanoseconds per tick
-constexpr uint32_t kSdMaxBurst = 1000000;  // events one trigger request raises at most
+constexpr uint32_t kSdEventKind = 0x10000;  // Event::kind of SD events
+constexpr uint32_t kSdGranularityNs = 10;   // nanoseconds per tick
+constexpr uint32_t kSdMaxBurst = 1000000;   // events one trigger request raises at most
+constexpr uint32_t kSdDefaultLunDepth = 30; // the driver's LUN queue depth unless set
 
 // The categories and subcategories this library raises: the shell's
 // vocabulary and a few more. Name null: not a kind.
@@ -139,7 +141,10 @@ class SdEngine
     // (zero: no port answers at that address).
     void els_rejected(const Wwn &rport, uint8_t command, uint8_t reason, uint8_t explanation);
     // A SCSI command the shell sent through the board has completed.
-    void scsi_completed(const Wwn &target, const ScsiTask &t);
+    // `lun_depth` is the driver's queue depth for a LUN it has not lowered:
+    // TASK SET FULL halves a LUN's depth (down to 1), which the driver
+    // reports as a queue depth change.
+    void scsi_completed(const Wwn &target, const ScsiTask &t, uint32_t lun_depth = kSdDefaultLunDepth);
     // The link came up: every FCP target logs in again with the port and
     // with each virtual port logged in (PLOGI received).
     void link_up();
@@ -150,7 +155,7 @@ class SdEngine
     // was logged in with receive its LOGO.
     void vport_deleted(const Vport &v);
     // The adapter was reset: the driver's SCSI bus reset and the board's
-    // arrival.
+    // arrival; the LUNs' queue depths are the driver's again.
     void adapter_reset();
     // Trigger request "sd <category> <subcategory> <count> [vport wwpn]"
     // (words after the board number): "ok ..." or "error: ...".
@@ -178,6 +183,7 @@ class SdEngine
         SdTraffic traffic;
         uint64_t rng = 0;
         std::array<uint32_t, KVD_SD_BUCKETS> counts{};
+        std::map<uint32_t, uint32_t> depth; // LUNs whose queue depth the driver lowered
     };
     void count(Target &t, uint64_t latency_ns);
     void background_round();

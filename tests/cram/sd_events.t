@@ -226,7 +226,8 @@ of time is assumed.
   
 
 Events the boards raise: a check condition, an ELS rejected by nobody, a bus
-reset, arrival after reset.
+reset, arrival after reset. TASK SET FULL halves the LUN's queue depth
+(30, 15, 7, 3, 1: four changes, none past 1) until a reset restores it.
 Releasing the board's subscriptions drops its SD ones too.
 
   $ A=$(kvd -c "sd_all_events 0 $Z 1" | sed -n 's/^Portname:\([^ ]*\) .*/\1/p' | head -1)
@@ -247,6 +248,18 @@ Releasing the board's subscriptions drops its SD ones too.
   libkvd sd: event board 0 category 0x1 subcategory 0x8 handle 4
   libkvd sd: event board 0 category 0x4 subcategory 0x20 handle 2
   libkvd sd: event board 0 category 0x10 subcategory 0x1 handle 3
+  $ { printf "sd_verbose 2\nsd_revent 0 $Z 4 1\nsd_revent 0 $Z 4 0x40\n"; for i in 1 2 3 4 5 6; do [ $i = 6 ] && echo 'reset hba'; echo "sendscsi read $A 0 0 512"; done; printf '! kvdev sync\nquit\n'; } > cmds
+  $ KVD_SIM_FAULT=scsi:READ_10=0x28 kvd < cmds 2>&1 >/dev/null | grep event | uniq -c
+        1 libkvd sd: event board 0 category 0x4 subcategory 0x1 handle 1
+        1 libkvd sd: event board 0 category 0x4 subcategory 0x40 handle 2
+        1 libkvd sd: event board 0 category 0x4 subcategory 0x1 handle 1
+        1 libkvd sd: event board 0 category 0x4 subcategory 0x40 handle 2
+        1 libkvd sd: event board 0 category 0x4 subcategory 0x1 handle 1
+        1 libkvd sd: event board 0 category 0x4 subcategory 0x40 handle 2
+        1 libkvd sd: event board 0 category 0x4 subcategory 0x1 handle 1
+        1 libkvd sd: event board 0 category 0x4 subcategory 0x40 handle 2
+        2 libkvd sd: event board 0 category 0x4 subcategory 0x1 handle 1
+        1 libkvd sd: event board 0 category 0x4 subcategory 0x40 handle 2
   $ printf "sd_revent 0 $Z 1 1\nsd_test_env\nsd_show_events\nsd_test_env\nquit\n" | kvd | body
   cmd> category ELS  subcategory PLOGI
   New handle 1 created, required for deregister
