@@ -91,20 +91,28 @@ int decode_sd_category(uint32_t category, uint32_t subcategory, const char **cat
 {
     static thread_local char cat_unknown[32];
     static thread_local char sub_unknown[32];
+    const char *known_category = NULL;
 
-    snprintf(cat_unknown, sizeof(cat_unknown), "x%x NOT SUPPORTED", category);
-    snprintf(sub_unknown, sizeof(sub_unknown), "x%x NOT SUPPORTED", subcategory);
-    *category_text = cat_unknown;
-    *subcategory_text = sub_unknown;
+    // The "NOT SUPPORTED" texts are formatted only when needed: the
+    // callback decodes every event, and a known pair is the common case.
     for (int32_t i = 0; i < KVD_SD_KINDS; i++) {
         if (sd_kinds[i].category != category)
             continue;
-        *category_text = sd_kinds[i].category_name;
+        known_category = sd_kinds[i].category_name;
         if (sd_kinds[i].subcategory == subcategory) {
+            *category_text = known_category;
             *subcategory_text = sd_kinds[i].subcategory_name;
             *index = i;
             return 1;
         }
+    }
+    snprintf(sub_unknown, sizeof(sub_unknown), "x%x NOT SUPPORTED", subcategory);
+    *subcategory_text = sub_unknown;
+    if (known_category != NULL) {
+        *category_text = known_category;
+    } else {
+        snprintf(cat_unknown, sizeof(cat_unknown), "x%x NOT SUPPORTED", category);
+        *category_text = cat_unknown;
     }
     return 0;
 }

@@ -105,6 +105,12 @@ uint32_t KVD_SendELSCmd(uint32_t board, KVD_ELS_DEST *dest, void *req, uint32_t 
                 b.fabric->els(t);
             }
             b.fw->carry_traffic(frames(req_size), req_size, frames(t.reply.size()), t.reply.size());
+            if (t.reply.size() >= 8 && t.reply[0] == ELS_CMD_LS_RJT) {
+                Wwn rport{};
+                if (t.port)
+                    rport = t.port->wwpn;
+                b.sd->els_rejected(rport, request[0], t.reply[5], t.reply[6]);
+            }
             if (t.reply.size() > *rsp_size) {
                 *rsp_size = static_cast<uint32_t>(t.reply.size());
                 end_line(c, KVD_RC_ELS_RSP_TOO_SMALL, t.name, t.rule, request, {});

@@ -173,7 +173,10 @@ struct ScsiCall {
         t.data_out = data_out;
         t.expected = expected;
         b.scsi->execute(target, t);
-        b.sd->scsi_completed(target, t);
+        uint32_t depth = kSdDefaultLunDepth;
+        if (auto i = b.drvparams->find("lun_queue_depth"))
+            depth = b.drvparams->current(*i);
+        b.sd->scsi_completed(target, t, depth);
         Sent s{t.name, lun, {}, cdb_len, {}, t.status, t.rule};
         memcpy(s.cdb.data(), cdb, cdb_len);
         const uint32_t out = t.data_in.empty() ? t.moved : 0;

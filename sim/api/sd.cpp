@@ -2,9 +2,11 @@
 //
 // Statuses are the SD family's own: the environment not open is LIBRARY
 // NOT INITIALIZED, an unknown board INVALID BOARD ID, a null pointer the
-// call needs ARGUMENT MISSING. Only the physical port collects and
-// subscribes (a zero WWN or the board's own WWPN); another name is INVALID
-// PORT. One bucket definition serves the library: the board named in the
+// call needs ARGUMENT MISSING. Subscriptions are taken on the physical
+// port (a zero WWN or the board's own WWPN) or on a virtual port the board
+// has, and released through the same port; a virtual port's end with it, so
+// a deleted one's name is INVALID PORT like any other name. Only the
+// physical port collects latency data. One bucket definition serves the library: the board named in the
 // bucket calls must exist, and the definition cannot change while a board
 // collects. At verbosity 1 and up each call prints its status on standard
 // error.
@@ -46,28 +48,30 @@ bool any_collecting(Library &lib)
 int32_t KVD_SD_RegisterForEvent(uint32_t board, HBA_WWN vport, uint32_t category, uint32_t subcategory,
                                 void *context, uint32_t *handle, kvd_sd_callback_fn callback)
 {
-    return said("KVD_SD_RegisterForEvent",
-                board_call<int32_t>(
-                    "KVD_SD_RegisterForEvent", board, kSdFamily, handle,
-                    [&](TraceLine &t) {
-                        t.arg("board", board)
-                            .arg_wwn("vport", vport.wwn)
-                            .arg_hex("category", category)
-                            .arg_hex("subcategory", subcategory);
-                    },
-                    [&](Call &c, Board &b) -> int32_t {
-                        c.out(handle, sizeof *handle);
-                        if (!callback)
-                            return SD_ERROR_ARG_MISSING;
-                        if (!b.sd->physical(vport))
-                            return SD_ERROR_INVALID_VPORT;
-                        const int32_t rc = SdSubscriptions::instance().subscribe(board, category, subcategory,
-                                                                                 callback, context, *handle);
-                        c.line.result(rc);
-                        if (rc == SD_OK)
-                            c.line.tag("handle", std::to_string(*handle).c_str());
-                        return rc;
-                    }));
+    return said("KVD_SD_RegisterForEvent", board_call<int32_t>(
+                                               "KVD_SD_RegisterForEvent", board, kSdFamily, handle,
+                                               [&](TraceLine &t) {
+                                                   t.arg("board", board)
+                                                       .arg_wwn("vport", vport.wwn)
+                                                       .arg_hex("category", category)
+                                                       .arg_hex("subcategory", subcategory);
+                                               },
+                                               [&](Call &c, Board &b) -> int32_t {
+                                                   c.out(handle, sizeof *handle);
+                                                   if (!callback)
+                                                       return SD_ERROR_ARG_MISSING;
+                                                   Wwn port;
+                                                   bool virtual_port = false;
+                                                   if (!b.sd->port_of(vport, port, virtual_port))
+                                                       return SD_ERROR_INVALID_VPORT;
+                                                   const int32_t rc = SdSubscriptions::instance().subscribe(
+                                                       board, port, virtual_port, category, subcategory,
+                                                       callback, context, *handle);
+                                                   c.line.result(rc);
+                                                   if (rc == SD_OK)
+                                                       c.line.tag("handle", std::to_string(*handle).c_str());
+                                                   return rc;
+                                               }));
 }
 
 int32_t KVD_SD_unRegisterForEvent(uint32_t board, HBA_WWN vport, uint32_t handle)
@@ -78,9 +82,11 @@ int32_t KVD_SD_unRegisterForEvent(uint32_t board, HBA_WWN vport, uint32_t handle
             "KVD_SD_unRegisterForEvent", board, kSdFamily,
             [&](TraceLine &t) { t.arg("board", board).arg_wwn("vport", vport.wwn).arg("handle", handle); },
             [&](Call &, Board &b) -> int32_t {
-                if (!b.sd->physical(vport))
+                Wwn port;
+                bool virtual_port = false;
+                if (!b.sd->port_of(vport, port, virtual_port))
                     return SD_ERROR_INVALID_VPORT;
-                return SdSubscriptions::instance().unsubscribe(board, handle);
+                return SdSubscriptions::instance().unsubscribe(board, port, handle);
             }));
 }
 

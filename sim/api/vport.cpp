@@ -127,6 +127,7 @@ uint32_t KVD_VPCreate(uint32_t board, const char *name, KVD_VPATTRIB *attributes
                 b.npiv->create(wwpn, wwnn, text, options, next_host(c.lib), link_up(b), &made);
             if (rc != 0)
                 return rc;
+            b.sd->vport_created(made);
             fill(*attributes, b, made);
             c.line.result(0);
             tag_port(c, made);
@@ -145,7 +146,14 @@ uint32_t KVD_VPDeleteV2(uint32_t board, HBA_WWN wwpn, uint32_t options, void *re
                 return EINVAL;
             if (!online(b))
                 return EBUSY;
-            return b.npiv->remove(wwn_of(wwpn));
+            const Vport *v = b.npiv->find(wwn_of(wwpn));
+            if (!v)
+                return ENOENT;
+            const Vport gone = *v;
+            const uint32_t rc = b.npiv->remove(gone.wwpn);
+            if (rc == 0)
+                b.sd->vport_deleted(gone);
+            return rc;
         });
 }
 

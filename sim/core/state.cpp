@@ -114,7 +114,7 @@ void Library::load()
             b.nodes = std::make_unique<Nodes>(cfg);
             b.npiv = std::make_unique<Npiv>(cfg, *b.fabric, *b.nodes, b.events.get());
             b.fw->attach_npiv(b.npiv.get());
-            b.sd = std::make_unique<SdEngine>(cfg);
+            b.sd = std::make_unique<SdEngine>(cfg, b.npiv.get());
             b.drvparams = std::make_unique<DrvParams>(cfg);
             // The driver's NPIV parameter gates virtual ports; the fleet's
             // npiv section may hold them off as well.

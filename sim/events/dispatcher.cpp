@@ -479,6 +479,13 @@ void Dispatcher::run_due(std::chrono::steady_clock::time_point now)
 
 void Dispatcher::start(Library &lib)
 {
+    // A thread told to stop is let finish first (it only closes its
+    // channel), so that the new channel is opened here, before the new
+    // thread runs, and never by a thread that may still be opening it when
+    // the process ends and takes the path away.
+    if (!on_thread(thread_id_.load()))
+        for (int waited = 0; alive_.load() && !want_running_.load() && waited < kIdleWaitMs; ++waited)
+            sleep_ms(1);
     want_running_.store(true);
     bool expected = false;
     if (!alive_.compare_exchange_strong(expected, true)) {

@@ -8,6 +8,7 @@
 #include <cstring>
 
 #include "events/events.hpp"
+#include "npiv/npiv.hpp"
 #include "scsi/target.hpp"
 
 namespace kvdsim
@@ -49,6 +50,13 @@ template <class T> void put(std::vector<uint8_t> &out, size_t at, const T &v)
     if (out.size() < at + sizeof v)
         out.resize(at + sizeof v);
     memcpy(out.data() + at, &v, sizeof v);
+}
+
+uint64_t key(const Wwn &w)
+{
+    uint64_t k;
+    memcpy(&k, w.data(), sizeof k);
+    return k;
 }
 
 bool word(const std::string &w, uint64_t max, uint64_t &out)
@@ -135,9 +143,11 @@ SdSubscriptions &SdSubscriptions::instance()
     return g_subscriptions;
 }
 
-int32_t SdSubscriptions::subscribe(uint32_t board, uint32_t category, uint32_t subcategory,
-                                   kvd_sd_callback_fn fn, void *context, uint32_t &handle)
+int32_t SdSubscriptions::subscribe(uint32_t board, const Wwn &port, bool virtual_port, uint32_t category,
+                                   uint32_t subcategory, kvd_sd_callback_fn fn, void *context,
+                                   uint32_t &handle)
 {
+    const uint64_t port_key = key(port);
     bool category_known = false;
     for (const SdKind &k : kKinds)
         category_known = category_known || k.category == category;
@@ -147,6 +157,7 @@ int32_t SdSubscriptions::subscribe(uint32_t board, uint32_t category, uint32_t s
         return SD_ERROR_SUBCATEGORY_NOT_SUPPORTED;
     for (const Slot &s : slots_)
         if (s.handle.load() != 0 && s.board.load(std::memory_order_relaxed) == board &&
+            s.port.load(std::memory_order_relaxed) == port_key &&
             s.category.load(std::memory_order_relaxed) == category &&
             s.subcategory.load(std::memory_order_relaxed) == subcategory &&
             s.fn.load(std::memory_order_relaxed) == fn)
@@ -158,6 +169,8 @@ int32_t SdSubscriptions::subscribe(uint32_t board, uint32_t category, uint32_t s
             continue;
         d.wait_idle(Dispatcher::kSlots + i); // a call of the slot's previous owner may still run
         s.board.store(board, std::memory_order_relaxed);
+        s.port.store(port_key, std::memory_order_relaxed);
+        s.virtual_port.store(virtual_port, std::memory_order_relaxed);
         s.category.store(category, std::memory_order_relaxed);
         s.subcategory.store(subcategory, std::memory_order_relaxed);
         s.fn.store(fn, std::memory_order_relaxed);
@@ -172,13 +185,15 @@ int32_t SdSubscriptions::subscribe(uint32_t board, uint32_t category, uint32_t s
     return SD_ERROR_OUT_OF_HANDLES;
 }
 
-int32_t SdSubscriptions::unsubscribe(uint32_t board, uint32_t handle)
+int32_t SdSubscriptions::unsubscribe(uint32_t board, const Wwn &port, uint32_t handle)
 {
+    const uint64_t port_key = key(port);
     bool any = false;
     for (int i = 0; i < kHandles; ++i) {
         Slot &s = slots_[i];
         uint32_t cur = s.handle.load();
-        if (cur == 0 || s.board.load(std::memory_order_relaxed) != board)
+        if (cur == 0 || s.board.load(std::memory_order_relaxed) != board ||
+            s.port.load(std::memory_order_relaxed) != port_key)
             continue;
         any = true;
         if (cur == handle && s.handle.compare_exchange_strong(cur, 0)) {
@@ -189,10 +204,12 @@ int32_t SdSubscriptions::unsubscribe(uint32_t board, uint32_t handle)
     return any ? SD_ERROR_REG_HANDLE : SD_ERROR_NO_ACTIVE_REGISTRATION;
 }
 
-bool SdSubscriptions::wants(uint32_t board, uint32_t category, uint32_t subcategory) const
+bool SdSubscriptions::wants(uint32_t board, const Wwn &port, uint32_t category, uint32_t subcategory) const
 {
+    const uint64_t port_key = key(port);
     for (const Slot &s : slots_)
         if (s.handle.load() != 0 && s.board.load(std::memory_order_relaxed) == board &&
+            s.port.load(std::memory_order_relaxed) == port_key &&
             s.category.load(std::memory_order_relaxed) == category &&
             s.subcategory.load(std::memory_order_relaxed) == subcategory)
             return true;
@@ -211,11 +228,34 @@ void SdSubscriptions::show() const
             continue;
         const SdKind *k = sd_kind(s.category.load(std::memory_order_relaxed),
                                   s.subcategory.load(std::memory_order_relaxed));
-        printf("  handle %u board %u category 0x%x %s subcategory 0x%x %s\n", h,
-               s.board.load(std::memory_order_relaxed), s.category.load(std::memory_order_relaxed),
+        printf("  handle %u board %u", h, s.board.load(std::memory_order_relaxed));
+        if (s.virtual_port.load(std::memory_order_relaxed)) {
+            Wwn w;
+            const uint64_t port_key = s.port.load(std::memory_order_relaxed);
+            memcpy(w.data(), &port_key, sizeof port_key);
+            printf(" vport %02x:%02x:%02x:%02x:%02x:%02x:%02x:%02x", w[0], w[1], w[2], w[3], w[4], w[5], w[6],
+                   w[7]);
+        }
+        printf(" category 0x%x %s subcategory 0x%x %s\n", s.category.load(std::memory_order_relaxed),
                k ? k->category_name : "?", s.subcategory.load(std::memory_order_relaxed), k ? k->name : "?");
     }
     fflush(stdout);
+}
+
+int SdSubscriptions::drop_port(uint32_t board, const Wwn &port)
+{
+    const uint64_t port_key = key(port);
+    int dropped = 0;
+    for (int i = 0; i < kHandles; ++i) {
+        Slot &s = slots_[i];
+        uint32_t cur = s.handle.load();
+        if (cur != 0 && s.board.load(std::memory_order_relaxed) == board &&
+            s.port.load(std::memory_order_relaxed) == port_key && s.handle.compare_exchange_strong(cur, 0)) {
+            ++dropped;
+            Dispatcher::instance().wait_idle(Dispatcher::kSlots + i);
+        }
+    }
+    return dropped;
 }
 
 int SdSubscriptions::drop_board(uint32_t board)
@@ -245,11 +285,14 @@ void SdSubscriptions::deliver(const Event &e)
 {
     Dispatcher &d = Dispatcher::instance();
     const bool trace = sd_verbosity() >= 2;
+    uint64_t port_key;
+    memcpy(&port_key, e.vport.wwn, sizeof port_key);
     for (uint32_t n = 0; n < e.sd_count; ++n) {
         for (int i = 0; i < kHandles; ++i) {
             Slot &s = slots_[i];
             const uint32_t h = s.handle.load();
             if (h == 0 || s.board.load(std::memory_order_relaxed) != e.board ||
+                s.port.load(std::memory_order_relaxed) != port_key ||
                 s.category.load(std::memory_order_relaxed) != e.sd_category ||
                 s.subcategory.load(std::memory_order_relaxed) != e.sd_subcategory)
                 continue;
@@ -271,9 +314,16 @@ void SdSubscriptions::deliver(const Event &e)
             std::array<uint8_t, 32> record = e.sd_record;
             SD_els_event_details_v0 details{0, record.data()};
             SD_event event{0, e.sd_record_len, &details};
-            if (trace)
-                fprintf(stderr, "libkvd sd: event board %u category 0x%x subcategory 0x%x handle %u\n",
-                        e.board, e.sd_category, e.sd_subcategory, h);
+            if (trace) {
+                // One write: the line stays whole among the shell's own.
+                char vport[40] = "";
+                if (s.virtual_port.load(std::memory_order_relaxed))
+                    snprintf(vport, sizeof vport, " vport %02x:%02x:%02x:%02x:%02x:%02x:%02x:%02x",
+                             e.vport.wwn[0], e.vport.wwn[1], e.vport.wwn[2], e.vport.wwn[3], e.vport.wwn[4],
+                             e.vport.wwn[5], e.vport.wwn[6], e.vport.wwn[7]);
+                fprintf(stderr, "libkvd sd: event board %u%s category 0x%x subcategory 0x%x handle %u\n",
+                        e.board, vport, e.sd_category, e.sd_subcategory, h);
+            }
             fn(e.board, e.vport, e.sd_category, e.sd_subcategory, context, &event);
         }
     }
@@ -282,7 +332,7 @@ void SdSubscriptions::deliver(const Event &e)
 // ---------------------------------------------------------------------------
 // One board
 
-SdEngine::SdEngine(const BoardConf &cfg) : board_(cfg.number), wwpn_(cfg.wwpn)
+SdEngine::SdEngine(const BoardConf &cfg, const Npiv *npiv) : board_(cfg.number), wwpn_(cfg.wwpn), npiv_(npiv)
 {
     uint32_t index = 0;
     for (const RemotePort &p : cfg.remote_ports) {
@@ -309,9 +359,24 @@ bool SdEngine::physical(const HBA_WWN &vport) const
     return memcmp(vport.wwn, zero, 8) == 0 || memcmp(vport.wwn, wwpn_.data(), 8) == 0;
 }
 
-void SdEngine::raise(uint32_t category, uint32_t subcategory, std::span<const uint8_t> record, uint32_t count)
+bool SdEngine::port_of(const HBA_WWN &vport, Wwn &port, bool &virtual_port) const
 {
-    if (count == 0 || !SdSubscriptions::instance().wants(board_, category, subcategory))
+    if (physical(vport)) {
+        port = wwpn_;
+        virtual_port = false;
+        return true;
+    }
+    memcpy(port.data(), vport.wwn, 8);
+    virtual_port = true;
+    return npiv_ && npiv_->find(port);
+}
+
+void SdEngine::raise(uint32_t category, uint32_t subcategory, std::span<const uint8_t> record, uint32_t count,
+                     const Wwn *port)
+{
+    if (!port)
+        port = &wwpn_;
+    if (count == 0 || !SdSubscriptions::instance().wants(board_, *port, category, subcategory))
         return;
     Event e;
     e.board = board_;
@@ -321,7 +386,7 @@ void SdEngine::raise(uint32_t category, uint32_t subcategory, std::span<const ui
     e.sd_count = count;
     e.sd_record_len = static_cast<uint32_t>(std::min(record.size(), e.sd_record.size()));
     memcpy(e.sd_record.data(), record.data(), e.sd_record_len);
-    memcpy(e.vport.wwn, wwpn_.data(), 8);
+    memcpy(e.vport.wwn, port->data(), 8);
     Dispatcher::instance().post(std::move(e));
 }
 
@@ -375,15 +440,26 @@ std::vector<uint8_t> SdEngine::record_for(uint32_t category, uint32_t subcategor
     return r;
 }
 
-void SdEngine::scsi_completed(const Wwn &target, const ScsiTask &t)
+void SdEngine::els_rejected(const Wwn &rport, uint8_t command, uint8_t reason, uint8_t explanation)
+{
+    auto r = record_for(SD_CATEGORY_ELS, SD_ELS_SUBCATEGORY_LSRJT_RCV, rport, Wwn{}, 0);
+    put(r, 12, uint32_t{command});
+    put(r, 16, uint32_t{reason});
+    put(r, 20, uint32_t{explanation});
+    raise(SD_CATEGORY_ELS, SD_ELS_SUBCATEGORY_LSRJT_RCV, r);
+}
+
+void SdEngine::scsi_completed(const Wwn &target, const ScsiTask &t, uint32_t lun_depth)
 {
     const int32_t lun_number = ScsiTargets::lun_number(t.lun);
     const uint32_t lun = lun_number < 0 ? 0 : static_cast<uint32_t>(lun_number);
     Wwn node{};
+    Target *found = nullptr;
     for (Target &x : targets_) {
         if (x.wwpn != target)
             continue;
         node = x.wwnn;
+        found = &x;
         // Command overhead plus the transfer at about 1 ns a byte.
         if (active_ && sd_buckets().set)
             count(x, uint64_t{x.traffic.min_us} * 1000 + t.moved + t.data_in.size());
@@ -401,6 +477,17 @@ void SdEngine::scsi_completed(const Wwn &target, const ScsiTask &t)
         const uint32_t sub = t.status == 0x28 ? SD_SCSI_SUBCATEGORY_QFULL : SD_SCSI_SUBCATEGORY_DEVBSY;
         r = record_for(SD_CATEGORY_SCSI, sub, target, node, lun);
         raise(SD_CATEGORY_SCSI, sub, r);
+        if (t.status == 0x28 && found) {
+            const uint32_t old = found->depth.count(lun) ? found->depth[lun] : lun_depth;
+            const uint32_t lowered = std::max<uint32_t>(old / 2, 1);
+            if (lowered != old) {
+                found->depth[lun] = lowered;
+                r = record_for(SD_CATEGORY_SCSI, SD_SCSI_SUBCATEGORY_VARQUEDEPTH, target, node, lun);
+                put(r, 16, old);
+                put(r, 20, lowered);
+                raise(SD_CATEGORY_SCSI, SD_SCSI_SUBCATEGORY_VARQUEDEPTH, r);
+            }
+        }
     }
 }
 
@@ -410,10 +497,50 @@ void SdEngine::link_up()
         const auto r = record_for(SD_CATEGORY_ELS, SD_ELS_SUBCATEGORY_PLOGI_RCV, t.wwpn, t.wwnn, 0);
         raise(SD_CATEGORY_ELS, SD_ELS_SUBCATEGORY_PLOGI_RCV, r);
     }
+    if (!npiv_)
+        return;
+    for (const Vport &v : npiv_->vports())
+        for (const NODEINFO &n : npiv_->seen_by(v)) {
+            if (!(n.a_flag & KVD_NODE_FCP))
+                continue;
+            Wwn rport, rnode;
+            memcpy(rport.data(), n.a_wwpn, 8);
+            memcpy(rnode.data(), n.a_wwnn, 8);
+            const auto r = record_for(SD_CATEGORY_ELS, SD_ELS_SUBCATEGORY_PLOGI_RCV, rport, rnode, 0);
+            raise(SD_CATEGORY_ELS, SD_ELS_SUBCATEGORY_PLOGI_RCV, r, 1, &v.wwpn);
+        }
+}
+
+// The board's port and every other logged-in vport log in with a vport
+// that does not restrict its logins (what GetNodeInfo shows).
+void SdEngine::tell_peers(const Vport &from, uint32_t subcategory)
+{
+    if (from.state != KVD_VPSTATE_ACTIVE || from.restrict_login)
+        return;
+    const auto r = record_for(SD_CATEGORY_ELS, subcategory, from.wwpn, from.wwnn, 0);
+    raise(SD_CATEGORY_ELS, subcategory, r);
+    if (!npiv_)
+        return;
+    for (const Vport &o : npiv_->vports())
+        if (o.wwpn != from.wwpn && o.state == KVD_VPSTATE_ACTIVE && !o.restrict_login)
+            raise(SD_CATEGORY_ELS, subcategory, r, 1, &o.wwpn);
+}
+
+void SdEngine::vport_created(const Vport &v)
+{
+    tell_peers(v, SD_ELS_SUBCATEGORY_PLOGI_RCV);
+}
+
+void SdEngine::vport_deleted(const Vport &v)
+{
+    SdSubscriptions::instance().drop_port(board_, v.wwpn);
+    tell_peers(v, SD_ELS_SUBCATEGORY_LOGO_RCV);
 }
 
 void SdEngine::adapter_reset()
 {
+    for (Target &t : targets_) // the LUNs are found again at the driver's depth
+        t.depth.clear();
     const std::array<uint8_t, 4> version{};
     raise(SD_CATEGORY_SCSI, SD_SCSI_SUBCATEGORY_BUSRESET, version);
     raise(SD_CATEGORY_ADAPTER, SD_ADAPTER_SUBCATEGORY_ARRIVAL, version);
@@ -422,14 +549,24 @@ void SdEngine::adapter_reset()
 std::string SdEngine::request(const std::vector<std::string> &w)
 {
     uint64_t category = 0, subcategory = 0, n = 0;
-    if (w.size() != 3)
-        return "error: sd needs <category> <subcategory> <count>";
+    if (w.size() != 3 && w.size() != 4)
+        return "error: sd needs <category> <subcategory> <count> [vport wwpn]";
     if (!word(w[0], 0xFFFFFFFF, category) || !word(w[1], 0xFFFFFFFF, subcategory))
         return "error: bad category or subcategory";
     if (!sd_kind(static_cast<uint32_t>(category), static_cast<uint32_t>(subcategory)))
         return "error: no such SD event";
     if (!word(w[2], kSdMaxBurst, n) || n == 0)
         return "error: count not 1.." + std::to_string(kSdMaxBurst);
+    Wwn port = wwpn_;
+    if (w.size() == 4) {
+        HBA_WWN given{};
+        bool virtual_port = false;
+        if (!parse_wwn(w[3], port))
+            return "error: bad vport WWPN";
+        memcpy(given.wwn, port.data(), 8);
+        if (!port_of(given, port, virtual_port))
+            return "error: no such vport";
+    }
     Wwn rport{}, rnode{};
     if (!targets_.empty()) {
         rport = targets_.front().wwpn;
@@ -437,9 +574,10 @@ std::string SdEngine::request(const std::vector<std::string> &w)
     }
     const auto r =
         record_for(static_cast<uint32_t>(category), static_cast<uint32_t>(subcategory), rport, rnode, 0);
-    const bool wanted = SdSubscriptions::instance().wants(board_, static_cast<uint32_t>(category),
+    const bool wanted = SdSubscriptions::instance().wants(board_, port, static_cast<uint32_t>(category),
                                                           static_cast<uint32_t>(subcategory));
-    raise(static_cast<uint32_t>(category), static_cast<uint32_t>(subcategory), r, static_cast<uint32_t>(n));
+    raise(static_cast<uint32_t>(category), static_cast<uint32_t>(subcategory), r, static_cast<uint32_t>(n),
+          &port);
     return wanted ? "ok" : "ok (no subscriber)";
 }
 

@@ -182,15 +182,17 @@ counted nowhere, a link bounce logs both targets in again.
   cmd> board 1  ring 0  iocb 0 lines 16
   cmd> 
 
-viewCallback 1 prints a line per event; unknown kinds print "Unhandled".
+viewCallback 1 prints a line per event; unknown kinds print "Unhandled". Each
+reply comes once the callbacks ran, and Ctrl-C ends the wait, so no window
+of time is assumed.
 
   $ kvd < in > out 2>&1 &
   $ pid=$!
-  $ printf "sd_revent 0 $Z 2 8\nsd_revent 0 $Z 0x20 1\nsd_all_events 0 $Z 4 1\n" >&3
+  $ printf "sd_revent 0 $Z 2 8\nsd_revent 0 $Z 0x20 1\nsd_all_events 0 $Z 600 1\n" >&3
   $ waitfor 'Stopping after'
   $ for k in '1 1' '1 2' '1 4' '1 8' '1 0x10' '2 1' '2 2' '2 4' '2 8' '4 1' '4 2' '4 4' '4 8' '4 0x10' '4 0x20' '4 0x40' '8 1' '0x10 1' '0x20 1'; do echo "0 sd $k 1"; done | kvdev | sort | uniq -c
        19 ok
-  $ echo quit >&3
+  $ kill -INT $pid
   $ wait $pid
   [1]
   $ body < out | grep -v '^Portname\|^Bus' | sed 's/^[0-2][0-9]:[0-5][0-9]:[0-5][0-9] /HH:MM:SS /; s/sd_event 0x[0-9a-f]*/sd_event PTR/'
@@ -199,7 +201,7 @@ viewCallback 1 prints a line per event; unknown kinds print "Unhandled".
   cmd> category x20 NOT SUPPORTED  subcategory x1 NOT SUPPORTED
   New handle 2 created, required for deregister
   cmd> FCPMAP entries on this board: 6
-  sd_all_events - Stopping after 4 seconds
+  sd_all_events - Stopping after 600 seconds
   HH:MM:SS board id 0 - port wwn 10:00:06:4b:51:a0:00: - PLOGI_RCV port_name 21:00:06:4b:51:d0:00:01 node_name 20:00:06:4b:51:d0:00:01
   HH:MM:SS board id 0 - port wwn 10:00:06:4b:51:a0:00: - PRLO_RCV port_name 21:00:06:4b:51:d0:00:01
   HH:MM:SS board id 0 - port wwn 10:00:06:4b:51:a0:00: - ADISC_RCV port_name 21:00:06:4b:51:d0:00:01 node_name 20:00:06:4b:51:d0:00:01
@@ -222,13 +224,10 @@ viewCallback 1 prints a line per event; unknown kinds print "Unhandled".
   
   HH:MM:SS board id 0 - port wwn 10:00:06:4b:51:a0:00:Unhandled Event x20 Subcategory x1
   
-  Event counts for board id: 0
-  ELS        ELS        ELS        ELS        ELS        FAB        FAB        FAB        SCSI       SCSI       SCSI       SCSI       SCSI       SCSI       SCSI       BRD        ADP        
-  PLO        PRI        ADS        LSR        LOGO       FAB        PORT       FCPR       QFLL       DEVB       CHKC       LUNR       TGTR       BUSR       VARQ       PORT       ARR        
-           1          1          1          1          1          1          1          1          1          1          1          1          1          1          1          1          1 
-  cmd> 
 
-Events the boards raise: a check condition, a bus reset, arrival after reset.
+Events the boards raise: a check condition, an ELS rejected by nobody, a bus
+reset, arrival after reset. TASK SET FULL halves the LUN's queue depth
+(30, 15, 7, 3, 1: four changes, none past 1) until a reset restores it.
 Releasing the board's subscriptions drops its SD ones too.
 
   $ A=$(kvd -c "sd_all_events 0 $Z 1" | sed -n 's/^Portname:\([^ ]*\) .*/\1/p' | head -1)
@@ -237,15 +236,30 @@ Releasing the board's subscriptions drops its SD ones too.
   > sd_revent 0 $Z 4 4
   > sd_revent 0 $Z 4 0x20
   > sd_revent 0 $Z 0x10 1
+  > sd_revent 0 $Z 1 8
   > sendscsi inquiry $A 0 1 0xb0
+  > els rnid 0x123456
   > reset hba
   > ! kvdev sync
   > quit
   > X
   $ kvd < cmds 2>&1 >/dev/null | grep event
   libkvd sd: event board 0 category 0x4 subcategory 0x4 handle 1
+  libkvd sd: event board 0 category 0x1 subcategory 0x8 handle 4
   libkvd sd: event board 0 category 0x4 subcategory 0x20 handle 2
   libkvd sd: event board 0 category 0x10 subcategory 0x1 handle 3
+  $ { printf "sd_verbose 2\nsd_revent 0 $Z 4 1\nsd_revent 0 $Z 4 0x40\n"; for i in 1 2 3 4 5 6; do [ $i = 6 ] && echo 'reset hba'; echo "sendscsi read $A 0 0 512"; done; printf '! kvdev sync\nquit\n'; } > cmds
+  $ KVD_SIM_FAULT=scsi:READ_10=0x28 kvd < cmds 2>&1 >/dev/null | grep event | uniq -c
+        1 libkvd sd: event board 0 category 0x4 subcategory 0x1 handle 1
+        1 libkvd sd: event board 0 category 0x4 subcategory 0x40 handle 2
+        1 libkvd sd: event board 0 category 0x4 subcategory 0x1 handle 1
+        1 libkvd sd: event board 0 category 0x4 subcategory 0x40 handle 2
+        1 libkvd sd: event board 0 category 0x4 subcategory 0x1 handle 1
+        1 libkvd sd: event board 0 category 0x4 subcategory 0x40 handle 2
+        1 libkvd sd: event board 0 category 0x4 subcategory 0x1 handle 1
+        1 libkvd sd: event board 0 category 0x4 subcategory 0x40 handle 2
+        2 libkvd sd: event board 0 category 0x4 subcategory 0x1 handle 1
+        1 libkvd sd: event board 0 category 0x4 subcategory 0x40 handle 2
   $ printf "sd_revent 0 $Z 1 1\nsd_test_env\nsd_show_events\nsd_test_env\nquit\n" | kvd | body
   cmd> category ELS  subcategory PLOGI
   New handle 1 created, required for deregister
@@ -260,3 +274,65 @@ Releasing the board's subscriptions drops its SD ones too.
   KVD_SD_Set_Bucket(board=1, type=1, base=0, step=0) = 18
   InitDiagEnv() = 3
   KVD_InitDiagEnv(max_boards=32) = 3
+
+Subscriptions on a virtual port: refused until the board has it. It hears
+its own logins (a vport joining, its three targets after a link bounce, two
+raised on it by hand: six PLOGIs) and a vport leaving; deleting it ends its
+subscriptions, the board's port hears it go, and its name is an unknown port
+from then on.
+
+  $ P=2400064b51e80001 Q=2400064b51e80002
+  $ cat > cmds <<X
+  > sd_revent 0 $P 1 1
+  > vpcreate 0
+  > sd_revent 0 $P 1 1
+  > sd_revent 0 $P 1 0x10
+  > sd_revent 0 $Z 1 0x10
+  > sd_verbose 2
+  > vpcreate 0
+  > ! kvdev sync "0 sd 1 1 2 $P" "0 sd 1 1 1 $Q" "0 sd 1 1 1 2400064b51e80009"
+  > ! kvdev '0 link down' '0 link up'
+  > vpdelete 0 $Q
+  > ! kvdev sync
+  > sd_urevent 0 $Z 1
+  > vpdelete 0 $P
+  > ! kvdev sync
+  > sd_verbose 0
+  > sd_show_events
+  > sd_urevent 0 $P 1
+  > quit
+  > X
+  $ kvd < cmds 2>err | body | grep 'handle\|Error\|ok\|error\|  '
+  cmd> category ELS  subcategory PLOGI
+  sd_revent - Error INVALID PORT occured during registration
+  cmd> category ELS  subcategory PLOGI
+  New handle 1 created, required for deregister
+  cmd> category ELS  subcategory LOGO
+  New handle 2 created, required for deregister
+  cmd> category ELS  subcategory LOGO
+  New handle 3 created, required for deregister
+  cmd> ok
+  ok
+  ok (no subscriber)
+  error: no such vport
+  cmd> ok
+  ok
+  cmd> ok
+  cmd> sd_urevent - Error REG HANDLE unregistering for event
+  cmd> ok
+  cmd> cmd> libkvd SD registrations: 1 of 64 handles
+    handle 3 board 0 category 0x1 ELS subcategory 0x10 LOGO_RCV
+  cmd> sd_urevent - Error INVALID PORT unregistering for event
+  $ grep event err
+  libkvd sd: event board 0 vport 24:00:06:4b:51:e8:00:01 category 0x1 subcategory 0x1 handle 1
+  libkvd sd: event board 0 vport 24:00:06:4b:51:e8:00:01 category 0x1 subcategory 0x1 handle 1
+  libkvd sd: event board 0 vport 24:00:06:4b:51:e8:00:01 category 0x1 subcategory 0x1 handle 1
+  libkvd sd: event board 0 vport 24:00:06:4b:51:e8:00:01 category 0x1 subcategory 0x1 handle 1
+  libkvd sd: event board 0 vport 24:00:06:4b:51:e8:00:01 category 0x1 subcategory 0x1 handle 1
+  libkvd sd: event board 0 vport 24:00:06:4b:51:e8:00:01 category 0x1 subcategory 0x1 handle 1
+  libkvd sd: event board 0 category 0x1 subcategory 0x10 handle 3
+  libkvd sd: event board 0 vport 24:00:06:4b:51:e8:00:01 category 0x1 subcategory 0x10 handle 2
+  libkvd sd: event board 0 category 0x1 subcategory 0x10 handle 3
+  $ grep -o '^KVD_SD_unRegisterForEvent.*' trace | tail -2
+  KVD_SD_unRegisterForEvent(board=0, vport=00:00:00:00:00:00:00:00, handle=1) = 14
+  KVD_SD_unRegisterForEvent(board=0, vport=24:00:06:4b:51:e8:00:01, handle=1) = 4

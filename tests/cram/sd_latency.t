@@ -178,18 +178,19 @@ a board without targets has no nodes.
   [253]
   $ unset KVD_SIM_FLEET
 
-sd_latency in reset and cumulative mode; a failed stop is GENERIC.
+sd_latency in reset mode (each snapshot holds one round of each target's 64
+I/Os) and cumulative mode (they add up); a failed stop is GENERIC.
 
-  $ kvd -c "sd_latency 0 $Z 100 50 1 1 3 2" | hms | grep -v '^Portname\|^Bus'
+  $ kvd -c "sd_latency 0 $Z 100 50 1 1 5 2" | hms | grep -v '^Portname\|^Bus'
   board id        0
   wwpn            00:00:00:00:00:00:00:00
   granularity     10
   base            1000
   step            500
   search_type     linear
-  runTimeSeconds  3
+  runTimeSeconds  5
   snapshotSeconds 2
-  snapshots       1
+  snapshots       2
   reset buckets between snapshots
   FCPMAP entries on this board: 6
   KVD_SD_Set_Bucket returned - OK
@@ -197,7 +198,7 @@ sd_latency in reset and cumulative mode; a failed stop is GENERIC.
   Search type : linear base 1000 step 500 
   1000 1500 2000 2500 3000 3500 4000 4500 5000 5500 6000 6500 7000 7500 8000 8500 9000 9500 10000 10500 
   KVD_SD_Start_Data_Collection returned - OK
-  Snapshots 1 - collecting data every 2 seconds for 3 seconds.
+  Snapshots 2 - collecting data every 2 seconds for 5 seconds.
   KVD_SD_Get_Data returned - OK 
   Target count 3
   WWPN:21:00:06:4b:51:d0:00:01
@@ -206,6 +207,14 @@ sd_latency in reset and cumulative mode; a failed stop is GENERIC.
   HH:MM:SS          0          0          2          4          2          3          5          2          3          3          1          1          1          3          2          3          1          1          1         26 
   WWPN:21:00:06:4b:51:d1:00:01
   HH:MM:SS          0          0          2          0          1          4          3          3          3          4          2          3          1          1          3          4          2          1          1         26 
+  KVD_SD_Get_Data returned - OK 
+  Target count 3
+  WWPN:21:00:06:4b:51:d0:00:01
+  HH:MM:SS          0          0          3          4          2          5          3          0          2          1          0          4          3          0          2          2          2          1          1         29 
+  WWPN:21:00:06:4b:51:d0:00:02
+  HH:MM:SS          0          0          2          2          3          2          1          4          2          6          4          2          2          3          5          1          2          2          3         18 
+  WWPN:21:00:06:4b:51:d1:00:01
+  HH:MM:SS          0          0          3          2          2          3          3          3          3          2          3          2          3          1          4          1          4          2          4         19 
   KVD_SD_Start_Data_Collection returned - OK
   KVD_SD_Destroy_Bucket returned - OK
   $ KVD_SIM_FAULT=KVD_SD_Stop_Data_Collection=20 kvd -c "sd_latency 0 $Z 0 100 2 0 5 2" | hms | grep -v '^Portname\|^Bus' | sed -n '4,10p;14,15p;17p;20,21p;28,29p;34p'

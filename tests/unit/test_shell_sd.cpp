@@ -1,7 +1,7 @@
 // The SD decoders at the ends of their tables, and EventCallBack's counting:
-// a kind outside the table is counted nowhere, events from several threads
-// at once lose no increment, and a record shorter than its kind is read no
-// further than the event says.
+// a kind outside the table is counted nowhere (and prints its "Unhandled"
+// line), events from several threads at once lose no increment, and a
+// record shorter than its kind is read no further than the event says.
 #include <gtest/gtest.h>
 
 #include <string.h>
@@ -80,4 +80,31 @@ TEST(ShellSd, ShortRecordReadsNoFurther)
                  "0x0\n"),
         std::string::npos)
         << out;
+}
+
+TEST(ShellSd, UnknownSubcategoryOfEachCategoryPrintsUnhandled)
+{
+    // The library in use delivers none of these; another may. One past the
+    // last subcategory of each category, and a category past the last.
+    const struct {
+        uint32_t category, subcategory;
+        const char *line;
+    } cases[] = {
+        {1, 0x20, "Unhandled ELS x20\n\n"},      {2, 0x8, "Unhandled FABRIC x8\n\n"},
+        {4, 0x80, "Unhandled SCSI x80\n\n"},     {8, 0x2, "Unhandled BOARD x2\n\n"},
+        {0x10, 0x2, "Unhandled ADAPTER x2\n\n"}, {0x20, 0x1, "Unhandled Event x20 Subcategory x1\n\n"},
+    };
+    HBA_WWN port{{0x10, 0, 0, 0, 0xc9, 0, 0, 0x01}};
+    memset(hit_count, 0, sizeof(hit_count));
+    callback_verbose_level = 1;
+    for (const auto &c : cases) {
+        testing::internal::CaptureStdout();
+        EventCallBack(0, port, c.category, c.subcategory, nullptr, nullptr);
+        const std::string out = testing::internal::GetCapturedStdout();
+        EXPECT_EQ(out.substr(out.find(" - port wwn ")),
+                  std::string(" - port wwn 10:00:00:00:c9:00:00:") + c.line);
+    }
+    callback_verbose_level = 0;
+    for (int32_t n : hit_count)
+        EXPECT_EQ(n, 0);
 }

@@ -119,26 +119,36 @@ TEST(SimSd, HandlesAtTheirLimit)
 {
     SdSubscriptions &subs = SdSubscriptions::instance();
     subs.drop_all();
-    uint32_t h = 0, first = 0;
-    EXPECT_EQ(subs.subscribe(0, 0x40, 1, noop, nullptr, h), SD_ERROR_CATEGORY_NOT_SUPPORTED);
-    EXPECT_EQ(subs.subscribe(0, SD_CATEGORY_SCSI, 0x80, noop, nullptr, h),
+    const Wwn port{0x10, 0, 0x06, 0x4b, 0x51, 0xa0, 0, 0x70}, vport{0x24, 0, 0x06, 0x4b, 0x51, 0xe9, 0, 1};
+    uint32_t h = 0, first = 0, virt = 0;
+    EXPECT_EQ(subs.subscribe(0, port, false, 0x40, 1, noop, nullptr, h), SD_ERROR_CATEGORY_NOT_SUPPORTED);
+    EXPECT_EQ(subs.subscribe(0, port, false, SD_CATEGORY_SCSI, 0x80, noop, nullptr, h),
               SD_ERROR_SUBCATEGORY_NOT_SUPPORTED);
-    // Distinct boards, so that none is a duplicate of another.
-    for (uint32_t i = 0; i < SdSubscriptions::kHandles; ++i) {
-        ASSERT_EQ(subs.subscribe(100 + i, SD_CATEGORY_ELS, 1, noop, nullptr, h), SD_OK) << i;
+    // Distinct boards, so that none is a duplicate of another; the same kind
+    // on a virtual port of the first is a subscription of its own.
+    for (uint32_t i = 0; i + 1 < SdSubscriptions::kHandles; ++i) {
+        ASSERT_EQ(subs.subscribe(100 + i, port, false, SD_CATEGORY_ELS, 1, noop, nullptr, h), SD_OK) << i;
         if (i == 0)
             first = h;
     }
-    EXPECT_EQ(subs.subscribe(999, SD_CATEGORY_ELS, 1, noop, nullptr, h), SD_ERROR_OUT_OF_HANDLES);
-    EXPECT_EQ(subs.subscribe(100, SD_CATEGORY_ELS, 1, noop, nullptr, h), SD_ERROR_EVENT_ALREADY_REGISTERED);
-    EXPECT_EQ(subs.unsubscribe(100, first + 1), SD_ERROR_REG_HANDLE); // another board's handle
-    EXPECT_EQ(subs.unsubscribe(100, first), SD_OK);
-    EXPECT_EQ(subs.unsubscribe(100, first), SD_ERROR_NO_ACTIVE_REGISTRATION);
+    ASSERT_EQ(subs.subscribe(100, vport, true, SD_CATEGORY_ELS, 1, noop, nullptr, virt), SD_OK);
+    EXPECT_EQ(subs.subscribe(999, port, false, SD_CATEGORY_ELS, 1, noop, nullptr, h),
+              SD_ERROR_OUT_OF_HANDLES);
+    EXPECT_EQ(subs.subscribe(100, port, false, SD_CATEGORY_ELS, 1, noop, nullptr, h),
+              SD_ERROR_EVENT_ALREADY_REGISTERED);
+    EXPECT_EQ(subs.unsubscribe(100, port, first + 1), SD_ERROR_REG_HANDLE); // another board's handle
+    EXPECT_EQ(subs.unsubscribe(100, port, virt), SD_ERROR_REG_HANDLE);      // the vport's, through the port
+    EXPECT_EQ(subs.unsubscribe(100, port, first), SD_OK);
+    EXPECT_EQ(subs.unsubscribe(100, port, first), SD_ERROR_NO_ACTIVE_REGISTRATION);
+    EXPECT_TRUE(subs.wants(100, vport, SD_CATEGORY_ELS, 1));
+    EXPECT_FALSE(subs.wants(100, port, SD_CATEGORY_ELS, 1));
+    EXPECT_EQ(subs.drop_port(100, vport), 1);
+    EXPECT_EQ(subs.unsubscribe(100, vport, virt), SD_ERROR_NO_ACTIVE_REGISTRATION);
     EXPECT_EQ(subs.drop_board(101), 1);
-    EXPECT_TRUE(subs.wants(102, SD_CATEGORY_ELS, 1));
-    EXPECT_FALSE(subs.wants(102, SD_CATEGORY_ELS, 2));
+    EXPECT_TRUE(subs.wants(102, port, SD_CATEGORY_ELS, 1));
+    EXPECT_FALSE(subs.wants(102, port, SD_CATEGORY_ELS, 2));
     subs.drop_all();
-    EXPECT_FALSE(subs.wants(102, SD_CATEGORY_ELS, 1));
+    EXPECT_FALSE(subs.wants(102, port, SD_CATEGORY_ELS, 1));
 }
 
 TEST(SimSd, FleetSection)
