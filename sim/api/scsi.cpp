@@ -17,6 +17,7 @@
 #include <vector>
 
 #include "core/entry.hpp"
+#include "core/bytes.hpp"
 
 using namespace kvdsim;
 
@@ -69,24 +70,6 @@ uint32_t errno_status(Outcome o)
         break;
     }
     return EIO;
-}
-
-void put_be16(uint8_t *p, uint32_t v)
-{
-    p[0] = static_cast<uint8_t>(v >> 8);
-    p[1] = static_cast<uint8_t>(v);
-}
-
-void put_be32(uint8_t *p, uint32_t v)
-{
-    put_be16(p, v >> 16);
-    put_be16(p + 2, v);
-}
-
-uint32_t be32(const uint8_t *p)
-{
-    return static_cast<uint32_t>(p[0]) << 24 | static_cast<uint32_t>(p[1]) << 16 |
-           static_cast<uint32_t>(p[2]) << 8 | p[3];
 }
 
 uint64_t frames(uint64_t bytes)

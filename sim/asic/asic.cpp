@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "core/fault.hpp"
+#include "core/bytes.hpp"
 
 namespace kvdsim
 {
@@ -50,12 +51,6 @@ uint8_t sum8(const uint8_t *p, size_t n)
     for (size_t i = 0; i < n; ++i)
         s += p[i];
     return static_cast<uint8_t>(s);
-}
-
-void put_be16(uint8_t *p, uint16_t v)
-{
-    p[0] = static_cast<uint8_t>(v >> 8);
-    p[1] = static_cast<uint8_t>(v);
 }
 
 // Commands that carry a tarvo_get_cmd_t, whose length is the room offered.

@@ -10,6 +10,7 @@
 
 #include "core/section.hpp"
 #include "core/state.hpp"
+#include "core/bytes.hpp"
 
 namespace kvdsim
 {
@@ -19,14 +20,6 @@ namespace
 
 constexpr uint8_t kRscnCommand = 0x61; // ELS RSCN
 constexpr uint8_t kRscnPageLength = 4;
-
-void put_be32(uint8_t *p, uint32_t v)
-{
-    p[0] = static_cast<uint8_t>(v >> 24);
-    p[1] = static_cast<uint8_t>(v >> 16);
-    p[2] = static_cast<uint8_t>(v >> 8);
-    p[3] = static_cast<uint8_t>(v);
-}
 
 // An RSCN payload with one port-address page.
 std::vector<uint8_t> rscn_payload(uint32_t did)

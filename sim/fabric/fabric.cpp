@@ -7,6 +7,7 @@
 
 #include "core/fault.hpp"
 #include "kvd_passthru.h"
+#include "core/bytes.hpp"
 
 namespace kvdsim
 {
@@ -21,30 +22,6 @@ constexpr size_t kRplBlocksMax = (ELS_MAX_PAYLOAD - 12) / 16;
 constexpr uint32_t kAssocHba = 0x07;
 constexpr uint32_t kAssocSwitch = 0x04;
 constexpr uint32_t kAssocStorage = 0x09;
-
-void put_be16(uint8_t *p, uint32_t v)
-{
-    p[0] = static_cast<uint8_t>(v >> 8);
-    p[1] = static_cast<uint8_t>(v);
-}
-
-void put_be24(uint8_t *p, uint32_t v)
-{
-    p[0] = static_cast<uint8_t>(v >> 16);
-    p[1] = static_cast<uint8_t>(v >> 8);
-    p[2] = static_cast<uint8_t>(v);
-}
-
-void put_be32(uint8_t *p, uint32_t v)
-{
-    p[0] = static_cast<uint8_t>(v >> 24);
-    put_be24(p + 1, v);
-}
-
-uint32_t be24(const uint8_t *p)
-{
-    return static_cast<uint32_t>(p[0]) << 16 | static_cast<uint32_t>(p[1]) << 8 | p[2];
-}
 
 std::vector<uint8_t> ls_acc(size_t size)
 {

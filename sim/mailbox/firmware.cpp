@@ -18,6 +18,7 @@
 
 #include "kvd_attr.h"
 #include "libkvd.h"
+#include "core/bytes.hpp"
 
 namespace kvdsim
 {
@@ -84,20 +85,6 @@ template <class V> void whole_store(MAILBOX &mb, const V &v)
 {
     static_assert(sizeof(V) == sizeof(MAILBOX));
     std::memcpy(&mb, &v, sizeof v);
-}
-
-void put_be16(uint8_t *p, uint16_t v)
-{
-    p[0] = static_cast<uint8_t>(v >> 8);
-    p[1] = static_cast<uint8_t>(v);
-}
-
-void put_be32(uint8_t *p, uint32_t v)
-{
-    p[0] = static_cast<uint8_t>(v >> 24);
-    p[1] = static_cast<uint8_t>(v >> 16);
-    p[2] = static_cast<uint8_t>(v >> 8);
-    p[3] = static_cast<uint8_t>(v);
 }
 
 // Firmware names fill their 16-byte fields; a full-length name carries no NUL.

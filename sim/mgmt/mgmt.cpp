@@ -1,26 +1,10 @@
 #include "mgmt.hpp"
+#include "core/bytes.hpp"
 
 #include <cstring>
 
 namespace kvdsim
 {
-
-namespace
-{
-
-void put_be16(uint8_t *p, uint32_t v)
-{
-    p[0] = static_cast<uint8_t>(v >> 8);
-    p[1] = static_cast<uint8_t>(v);
-}
-
-void put_be32(uint8_t *p, uint32_t v)
-{
-    put_be16(p, v >> 16);
-    put_be16(p + 2, v);
-}
-
-} // namespace
 
 MgmtEngine::MgmtEngine(const BoardConf &cfg, uint32_t event_tag) : cfg_(cfg), first_tag_(event_tag)
 {

@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "scsi/target.hpp"
+#include "core/bytes.hpp"
 
 namespace kvdsim
 {
@@ -38,12 +39,6 @@ NODEINFO node(uint16_t flag, uint16_t state, uint32_t did, const Wwn &wwpn, cons
 bool mapped(const RemotePort &rp)
 {
     return rp.fcp_target && rp.scsi_target >= 0;
-}
-
-uint32_t be32(const uint8_t *p)
-{
-    return static_cast<uint32_t>(p[0]) << 24 | static_cast<uint32_t>(p[1]) << 16 |
-           static_cast<uint32_t>(p[2]) << 8 | p[3];
 }
 
 // Runs one command the driver sends on its own account; the data that came

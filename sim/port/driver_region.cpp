@@ -10,6 +10,7 @@
 
 #include "libkvd.h"
 #include "port/port.hpp"
+#include "core/bytes.hpp"
 
 namespace kvdsim
 {
@@ -35,28 +36,6 @@ constexpr uint8_t kLenFcpPriority = 4;
 constexpr uint8_t kLenFcoeParams = 6;
 // flags, VLAN, priority, reserved, MAC, switch name, fabric name
 constexpr uint8_t kLenFcfConn = 2 + 2 + 1 + 1 + 6 + 8 + 8;
-
-void put_be16(std::vector<uint8_t> &v, uint16_t x)
-{
-    v.push_back(static_cast<uint8_t>(x >> 8));
-    v.push_back(static_cast<uint8_t>(x));
-}
-
-void put_be32(std::vector<uint8_t> &v, uint32_t x)
-{
-    put_be16(v, static_cast<uint16_t>(x >> 16));
-    put_be16(v, static_cast<uint16_t>(x));
-}
-
-uint16_t be16(const uint8_t *p)
-{
-    return static_cast<uint16_t>(p[0] << 8 | p[1]);
-}
-
-uint32_t be32(const uint8_t *p)
-{
-    return static_cast<uint32_t>(be16(p)) << 16 | be16(p + 2);
-}
 
 void put_conn(std::vector<uint8_t> &v, const KVD_FCFCONNENTRY &e)
 {

@@ -8,6 +8,7 @@
 
 #include "core/fault.hpp"
 #include "libkvd.h"
+#include "core/bytes.hpp"
 
 namespace kvdsim
 {
@@ -45,18 +46,6 @@ class NoMemory final : public HostMemory
         return false;
     }
 };
-
-void put_be16(std::vector<uint8_t> &v, uint16_t x)
-{
-    v.push_back(static_cast<uint8_t>(x >> 8));
-    v.push_back(static_cast<uint8_t>(x));
-}
-
-void put_be32(std::vector<uint8_t> &v, uint32_t x)
-{
-    put_be16(v, static_cast<uint16_t>(x >> 16));
-    put_be16(v, static_cast<uint16_t>(x));
-}
 
 void put_text(std::vector<uint8_t> &v, const char *tag)
 {

@@ -8,6 +8,7 @@
 
 #include "core/fault.hpp"
 #include "core/section.hpp"
+#include "core/bytes.hpp"
 
 namespace kvdsim
 {
@@ -19,35 +20,6 @@ constexpr uint32_t kMaxLun = 0x3FFF;        // flat space addressing
 constexpr uint64_t kMaxBlocks = 1ull << 48; // 128 PiB of 512-byte blocks
 constexpr size_t kMaxLunsPerTarget = 512;
 constexpr uint64_t kDefaultBlocks[] = {2097152, 20480}; // LUN 0: 1 GiB, LUN 1: 10 MiB
-
-void put_be16(uint8_t *p, uint32_t v)
-{
-    p[0] = static_cast<uint8_t>(v >> 8);
-    p[1] = static_cast<uint8_t>(v);
-}
-
-void put_be32(uint8_t *p, uint32_t v)
-{
-    for (int i = 0; i < 4; ++i)
-        p[i] = static_cast<uint8_t>(v >> (24 - 8 * i));
-}
-
-void put_be64(uint8_t *p, uint64_t v)
-{
-    for (int i = 0; i < 8; ++i)
-        p[i] = static_cast<uint8_t>(v >> (56 - 8 * i));
-}
-
-uint32_t be16(const uint8_t *p)
-{
-    return static_cast<uint32_t>(p[0]) << 8 | p[1];
-}
-
-uint32_t be32(const uint8_t *p)
-{
-    return static_cast<uint32_t>(p[0]) << 24 | static_cast<uint32_t>(p[1]) << 16 |
-           static_cast<uint32_t>(p[2]) << 8 | p[3];
-}
 
 // Space-padded text field.
 void put_text(uint8_t *p, size_t n, const std::string &s)
