@@ -134,6 +134,7 @@ static void kvd_iov_error(const char *what, const char *name, int32_t rc, const 
 {
     gorvik_common_response_header hdr = kvd_iov_get<gorvik_common_response_header>(buffer);
 
+    kvd_progress_end(); // the error starts a line of its own at a terminal
     printf("%s %s: rc %d status x%04x additionalStatus x%04x\n", what, name, rc, hdr.status,
            hdr.additionalStatus);
 }
@@ -265,6 +266,7 @@ int32_t download(const char *object_name, const char *file_name, uint32_t count,
         if (read_due) {
             ssize_t n = kvd_iov_read_full(fd, data, chunk);
             if (n < 0) {
+                kvd_progress_end();
                 printf("Read error on %s\n", file_name);
                 failed = 1;
                 break;
@@ -300,6 +302,7 @@ int32_t download(const char *object_name, const char *file_name, uint32_t count,
         // More than offered, or nothing of a non-empty chunk, would leave
         // the offsets meaningless or the loop without progress.
         if (taken % 4 != 0 || taken > chunk || (taken == 0 && chunk != 0)) {
+            kvd_progress_end();
             printf("Error writing %s: invalid actual write length returned %d\n", object_name,
                    (int32_t)taken);
             failed = 1;
@@ -369,6 +372,7 @@ int32_t sli4iovGetObject(const char *file_name, const char *object_name, uint32_
         uint32_t got = rsp.actualReadLength <= chunk ? rsp.actualReadLength : chunk;
         ssize_t n = write(fd, buffer + MAILBOX_SIZE, got);
         if (n < 4) {
+            kvd_progress_end();
             printf("ERROR: writing to %s\n", file_name);
             rc = 1;
             break;

@@ -190,11 +190,13 @@ int tvo_send(void *cmd, uint32_t cmd_len, void *rsp, uint32_t rsp_size, int code
     uint32_t code;
 
     if (rc != 0) {
+        kvd_progress_end(); // a transfer's progress line ends before the error
         tvoParseErr(rc);
         return -1;
     }
     memcpy(&code, rsp, sizeof(code));
     if (code != 0) {
+        kvd_progress_end();
         if (code_style == TVO_STATUS_HEX)
             printf("Tarvo command error. status=%x\n", code);
         else

@@ -100,6 +100,13 @@ Images the ASIC refuses; the running version stays.
     Firmware Version: 2010400
   3: fw: image refused, image type mismatch
 
+At a terminal the progress line on standard error ends before the ASIC's
+refusal prints, so the two do not share a line.
+
+  $ script -qec "kvd -b 1 -c 'tarvo download -o diag.img'" /dev/null < /dev/null | tr -d '\r'
+  ASIC firmware download: 0 of 144 bytes (0%)
+  Tarvo command error. code=4.
+
 Files that cannot be opened or read, and the usage: nothing is sent.
 
   $ : > trace
