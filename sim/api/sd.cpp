@@ -6,8 +6,8 @@
 // port (a zero WWN or the board's own WWPN) or on a virtual port the board
 // has, and released through the same port; a virtual port's end with it, so
 // a deleted one's name is INVALID PORT like any other name. Only the
-// physical port collects latency data. One bucket definition serves the library: the board named in the
-// bucket calls must exist, and the definition cannot change while a board
+// physical port collects latency data. One bucket definition serves the
+// library: the board named in the bucket calls must exist, and the definition cannot change while a board
 // collects. At verbosity 1 and up each call prints its status on standard
 // error.
 #pragma GCC visibility push(default)
@@ -48,30 +48,30 @@ bool any_collecting(Library &lib)
 int32_t KVD_SD_RegisterForEvent(uint32_t board, HBA_WWN vport, uint32_t category, uint32_t subcategory,
                                 void *context, uint32_t *handle, kvd_sd_callback_fn callback)
 {
-    return said("KVD_SD_RegisterForEvent", board_call<int32_t>(
-                                               "KVD_SD_RegisterForEvent", board, kSdFamily, handle,
-                                               [&](TraceLine &t) {
-                                                   t.arg("board", board)
-                                                       .arg_wwn("vport", vport.wwn)
-                                                       .arg_hex("category", category)
-                                                       .arg_hex("subcategory", subcategory);
-                                               },
-                                               [&](Call &c, Board &b) -> int32_t {
-                                                   c.out(handle, sizeof *handle);
-                                                   if (!callback)
-                                                       return SD_ERROR_ARG_MISSING;
-                                                   Wwn port;
-                                                   bool virtual_port = false;
-                                                   if (!b.sd->port_of(vport, port, virtual_port))
-                                                       return SD_ERROR_INVALID_VPORT;
-                                                   const int32_t rc = SdSubscriptions::instance().subscribe(
-                                                       board, port, virtual_port, category, subcategory,
-                                                       callback, context, *handle);
-                                                   c.line.result(rc);
-                                                   if (rc == SD_OK)
-                                                       c.line.tag("handle", std::to_string(*handle).c_str());
-                                                   return rc;
-                                               }));
+    const int32_t rc = board_call<int32_t>(
+        "KVD_SD_RegisterForEvent", board, kSdFamily, handle,
+        [&](TraceLine &t) {
+            t.arg("board", board)
+                .arg_wwn("vport", vport.wwn)
+                .arg_hex("category", category)
+                .arg_hex("subcategory", subcategory);
+        },
+        [&](Call &c, Board &b) -> int32_t {
+            c.out(handle, sizeof *handle);
+            if (!callback)
+                return SD_ERROR_ARG_MISSING;
+            Wwn port;
+            bool virtual_port = false;
+            if (!b.sd->port_of(vport, port, virtual_port))
+                return SD_ERROR_INVALID_VPORT;
+            const int32_t got = SdSubscriptions::instance().subscribe(
+                board, port, virtual_port, category, subcategory, callback, context, *handle);
+            c.line.result(got);
+            if (got == SD_OK)
+                c.line.tag("handle", std::to_string(*handle).c_str());
+            return got;
+        });
+    return said("KVD_SD_RegisterForEvent", rc);
 }
 
 int32_t KVD_SD_unRegisterForEvent(uint32_t board, HBA_WWN vport, uint32_t handle)

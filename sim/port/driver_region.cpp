@@ -122,11 +122,13 @@ bool Port::load_driver_region(const std::vector<uint8_t> &image, DriverSettings 
             s.fcp_priority = be32(p);
             break;
         case kTlvFcoeParams: {
+            if (len != kLenFcoeParams)
+                return false;
             if (!fcoe())
                 break;
             const uint32_t w = be32(p);
             const uint16_t vlan = be16(p + 4);
-            if (len != kLenFcoeParams || (w & 0xFF) > 1 || ((w & 1) && !valid_vlan(vlan)))
+            if ((w & 0xFF) > 1 || ((w & 1) && !valid_vlan(vlan)))
                 return false;
             s.fc_map = w >> 8;
             s.vlan_valid = (w & 1) != 0;
@@ -134,6 +136,8 @@ bool Port::load_driver_region(const std::vector<uint8_t> &image, DriverSettings 
             break;
         }
         case kTlvFcfConn: {
+            if (len != kLenFcfConn)
+                return false;
             if (!fcoe())
                 break;
             KVD_FCFCONNENTRY e{};
@@ -143,7 +147,7 @@ bool Port::load_driver_region(const std::vector<uint8_t> &image, DriverSettings 
             std::memcpy(e.fcfMac, p + 6, sizeof e.fcfMac);
             std::memcpy(e.switchName, p + 12, sizeof e.switchName);
             std::memcpy(e.fabricName, p + 20, sizeof e.fabricName);
-            if (len != kLenFcfConn || s.conn.size() == KVD_FCFCONN_MAX || (e.flags & ~KVD_FCFCONN_ALL) ||
+            if (s.conn.size() == KVD_FCFCONN_MAX || (e.flags & ~KVD_FCFCONN_ALL) ||
                 ((e.flags & KVD_FCFCONN_VLAN_VALID) && !valid_vlan(e.vlanId)))
                 return false;
             s.conn.push_back(e);
@@ -166,10 +170,10 @@ Port::DriverSettings Port::power_on_settings() const
 // logs in again when its FCoE parameters or connection list changed.
 int32_t Port::apply(Firmware &fw, const DriverSettings &s)
 {
-    const bool relogin =
-        s.fc_map != fc_map_ || s.vlan_valid != vlan_valid_ || s.vlan_id != vlan_id_ ||
-        s.conn.size() != conn_.size() ||
-        std::memcmp(s.conn.data(), conn_.data(), conn_.size() * sizeof(KVD_FCFCONNENTRY)) != 0;
+    const bool relogin = s.fc_map != fc_map_ || s.vlan_valid != vlan_valid_ || s.vlan_id != vlan_id_ ||
+                         s.conn.size() != conn_.size() ||
+                         (!conn_.empty() && std::memcmp(s.conn.data(), conn_.data(),
+                                                        conn_.size() * sizeof(KVD_FCFCONNENTRY)) != 0);
     fc_map_ = s.fc_map;
     vlan_valid_ = s.vlan_valid;
     vlan_id_ = s.vlan_id;

@@ -212,6 +212,17 @@ TEST(SimPort, DriverRegionWritesLoadIntoTheSettings)
     EXPECT_EQ(b.port.write_driver_region(b.fw, 0, v.data(), uint32_t(v.size())), EINVAL);
     v = image(1, 0x02); // an FCP priority record one byte long
     EXPECT_EQ(b.port.write_driver_region(b.fw, 0, v.data(), uint32_t(v.size())), EINVAL);
+    // Records filling the whole region, the last a list entry with no value:
+    // refused by its length, nothing read past the region.
+    std::vector<uint8_t> full(2048, 0);
+    std::memcpy(full.data(), "QDRV\0\1\x07\xf8", 8); // records length 2040
+    for (size_t at = 8, i = 0; i < 8; ++i) {
+        full[at] = 0x7e;
+        full[at + 1] = i < 7 ? 255 : 237;
+        at += 2 + full[at + 1];
+    }
+    full[2046] = 0x04;
+    EXPECT_EQ(b.port.write_driver_region(b.fw, 0, full.data(), uint32_t(full.size())), EINVAL);
     EXPECT_EQ(b.port.write_driver_region(b.fw, 2047, v.data(), 1), 0);      // the last byte
     EXPECT_EQ(b.port.write_driver_region(b.fw, 2047, v.data(), 2), EINVAL); // past the region
     EXPECT_EQ(conn_count(), 16u);
